@@ -1,0 +1,250 @@
+// What a field table is made of: rows, the facts that follow from a row, and what governs a field.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+#include <string.h>
+
+#include <type_traits>
+
+#include "protocol/quorva_zrp.h"
+
+namespace quorva_zrp::codec {
+
+/// The table of a message type: a StructureTable or UnionTable, given in protocol/fields.
+template <class Message>
+struct Fields;
+
+// --- Kinds --------------------------------------------------------------------------------------
+
+/// Stands in a row for bytes that lie behind the record in the caller's memory.
+struct TrailingBytes;
+
+enum class Kind { integer, text, bytes, trailingBytes, structure, selectedUnion };
+
+/// The kind of a field follows from its C++ type.
+template <class Type>
+constexpr Kind kindOf() {
+    if constexpr (std::is_same_v<Type, TrailingBytes>) {
+        return Kind::trailingBytes;
+    } else if constexpr (std::is_integral_v<Type>) {
+        return Kind::integer;
+    } else if constexpr (std::is_union_v<Type>) {
+        return Kind::selectedUnion;
+    } else if constexpr (std::is_class_v<Type>) {
+        return Kind::structure;
+    } else {
+        using Element = std::remove_extent_t<Type>;
+        static_assert(std::is_same_v<Element, char> || std::is_same_v<Element, uint8_t>,
+                      "a field is an integer, a text, a byte array, a structure or a union");
+        return std::is_same_v<Element, char> ? Kind::text : Kind::bytes;
+    }
+}
+
+/// Wire type ids: how to step over a value without knowing its field.
+enum WireType : uint32_t {
+    wireVarint = 0,
+    wire1Byte = 1,
+    wire2Bytes = 2,
+    wire4Bytes = 3,
+    wire8Bytes = 4,
+    wireDelimited = 5
+};
+
+/// Bytes of a length in front of a delimited value.
+constexpr size_t lengthSize = 4;
+
+template <class Type>
+constexpr uint32_t wireTypeOf(bool varint) {
+    if constexpr (kindOf<Type>() != Kind::integer) {
+        return wireDelimited;
+    } else if constexpr (sizeof(Type) == 1) {
+        return wire1Byte;
+    } else if (varint) {
+        return wireVarint;
+    } else {
+        return sizeof(Type) == 2 ? wire2Bytes : sizeof(Type) == 4 ? wire4Bytes : wire8Bytes;
+    }
+}
+
+constexpr uint32_t makeTag(uint32_t number, uint32_t wireType) {
+    return number * 16 + wireType;
+}
+
+/// Bytes that `value` takes as a varint.
+constexpr size_t varintSize(uint64_t value) {
+    size_t size = 1;
+    while (value >= 0x80) {
+        value >>= 7;
+        ++size;
+    }
+    return size;
+}
+
+/// The most bytes an integer takes on the wire: a varint carries 7 bits a byte.
+template <class Integer>
+constexpr size_t largestInteger(bool varint) {
+    return varint && sizeof(Integer) > 1 ? (sizeof(Integer) * 8 + 6) / 7 : sizeof(Integer);
+}
+
+// --- Access -------------------------------------------------------------------------------------
+// A record is read and written as bytes at an offset, so that a union member other than the one
+// last written can be reached whatever a selector says.
+
+template <class Type, class Record>
+const Type& memberAt(const Record& record, size_t offset) {
+    return *reinterpret_cast<const Type*>(reinterpret_cast<const char*>(&record) + offset);
+}
+
+template <class Type, class Record>
+Type& memberAt(Record& record, size_t offset) {
+    return *reinterpret_cast<Type*>(reinterpret_cast<char*>(&record) + offset);
+}
+
+template <class Integer, class Record>
+Integer loadAt(const Record& record, size_t offset) {
+    Integer value;
+    memcpy(&value, reinterpret_cast<const char*>(&record) + offset, sizeof(value));
+    return value;
+}
+
+template <class Integer, class Record>
+void storeAt(Record& record, size_t offset, Integer value) {
+    memcpy(reinterpret_cast<char*>(&record) + offset, &value, sizeof(value));
+}
+
+// --- Attributes of a row ------------------------------------------------------------------------
+
+/// The field that governs this one: the count of a byte array, the selector of a union, the 0/1
+/// flag of an optional structure. It lies at `Offset` of the record, possibly inside a nested one.
+template <size_t Offset, class Integer>
+struct GovernedBy {
+    static_assert(std::is_unsigned_v<Integer>, "counts, selectors and flags are unsigned");
+    static constexpr size_t offset = Offset;
+    using type = Integer;
+    static constexpr uint64_t largest = static_cast<Integer>(~Integer(0));
+
+    template <class Record>
+    static Integer load(const Record& record) {
+        return loadAt<Integer>(record, Offset);
+    }
+    /// Deliberate: a selector that is wider than its field is cut to it.
+    template <class Record>
+    static void store(Record& record, uint64_t value) {
+        storeAt(record, Offset, static_cast<Integer>(value));
+    }
+};
+
+/// Stands where nothing governs a field.
+struct Ungoverned {};
+
+/// What `construct()` gives an integer instead of 0.
+template <uint64_t Value>
+struct DefaultValue {
+    static constexpr uint64_t value = Value;
+};
+
+/// A text as a template argument.
+template <size_t Size>
+struct Text {
+    char characters[Size]{};
+    constexpr Text(const char (&literal)[Size]) {
+        for (size_t i = 0; i < Size; ++i) {
+            characters[i] = literal[i];
+        }
+    }
+};
+
+/// What `construct()` gives a text instead of an empty one.
+template <Text Value>
+struct DefaultText {
+    static constexpr const char* value = Value.characters;
+    static constexpr size_t size = sizeof(Value.characters);
+};
+
+namespace attribute {
+
+template <class Attribute>
+constexpr bool isGovernor = false;
+template <size_t Offset, class Integer>
+constexpr bool isGovernor<GovernedBy<Offset, Integer>> = true;
+
+/// The governor among the attributes of a row, or Ungoverned.
+template <class... Attributes>
+struct GovernorOf {
+    using type = Ungoverned;
+};
+template <class First, class... Rest>
+struct GovernorOf<First, Rest...> {
+    using type = std::conditional_t<isGovernor<First>, First, typename GovernorOf<Rest...>::type>;
+};
+
+/// The default among the attributes of a row, or DefaultValue<0>.
+template <class... Attributes>
+struct DefaultOf {
+    using type = DefaultValue<0>;
+};
+template <class First, class... Rest>
+struct DefaultOf<First, Rest...> {
+    using type = std::conditional_t<isGovernor<First>, typename DefaultOf<Rest...>::type, First>;
+};
+
+}  // namespace attribute
+
+// --- Rows ---------------------------------------------------------------------------------------
+
+/// One field of a structure or one member of a union.
+template <uint32_t Number, Text Label, size_t Offset, class Type, uint32_t PresenceBit,
+          class... Attributes>
+struct Row {
+    static constexpr uint32_t number = Number;
+    static constexpr size_t offset = Offset;
+    using type = Type;
+    static constexpr Kind kind = kindOf<Type>();
+    static constexpr uint32_t presenceBit = PresenceBit;
+    using Governor = typename attribute::GovernorOf<Attributes...>::type;
+    using Default = typename attribute::DefaultOf<Attributes...>::type;
+    static constexpr const char* label = Label.characters;
+    static constexpr bool isGoverned = !std::is_same_v<Governor, Ungoverned>;
+
+    /// Elements an array holds; the bytes behind a record are the caller's affair and count as 0.
+    static constexpr size_t capacity() {
+        if constexpr (kind == Kind::text || kind == Kind::bytes) {
+            return sizeof(Type);
+        } else {
+            return 0;
+        }
+    }
+
+    /// Whether the field travels only when its governor is not 0.
+    static constexpr bool mayBeAbsent = isGoverned && kind != Kind::selectedUnion;
+
+    /// The most a governor of a field that may be absent can be; the caller vouches for the bytes
+    /// behind a record.
+    static constexpr uint64_t largestCount() {
+        if constexpr (kind == Kind::structure) {
+            return 1;
+        } else if constexpr (kind == Kind::trailingBytes) {
+            return Governor::largest;
+        } else {
+            return capacity();
+        }
+    }
+
+    static constexpr uint32_t tag(bool varint) { return makeTag(number, wireTypeOf<Type>(varint)); }
+
+    /// The most bytes the field takes on the wire, its tag counted at `tagSize` bytes, or at what
+    /// it really takes when that is 0. The bytes behind a record are not counted.
+    static constexpr size_t largestSize(bool varint, size_t tagSize) {
+        const size_t tagBytes = tagSize != 0 ? tagSize : varintSize(tag(varint));
+        if constexpr (kind == Kind::integer) {
+            return tagBytes + largestInteger<Type>(varint);
+        } else if constexpr (kind == Kind::structure || kind == Kind::selectedUnion) {
+            return tagBytes + lengthSize + Fields<Type>::largestBody(varint, tagSize);
+        } else {
+            return tagBytes + lengthSize + capacity();
+        }
+    }
+};
+
+}  // namespace quorva_zrp::codec

@@ -1,0 +1,59 @@
+// The field tables: frame head, body and frames. A row is a field's number, the two halves of its
+// name, and what governs it or is its default; everything else about the field follows from the
+// record in quorva_zrp.h. The rows are the codec of their type.
+#pragma once
+
+#include "protocol/codec/table.h"
+#include "protocol/fields/base_header.h"
+#include "protocol/fields/handshake.h"
+#include "protocol/fields/notices.h"
+
+namespace quorva_zrp::codec {
+
+// clang-format off
+
+ZRP_UNION(TZRPExtHead,
+    ZRP_MEMBER(ZRP_CMD_NULL, ch, Null),
+    ZRP_MEMBER(ZRP_CMD_SYN, st, Syn),
+    ZRP_MEMBER(ZRP_CMD_ACK, st, Ack),
+    ZRP_MEMBER(ZRP_CMD_AUTH_REQ, ch, AuthReq),
+    ZRP_MEMBER(ZRP_CMD_AUTH_RSP, ch, AuthRsp),
+    ZRP_MEMBER(ZRP_CMD_WAIT, ch, Wait),
+    ZRP_MEMBER(ZRP_CMD_DATA, st, Data),
+    ZRP_MEMBER(ZRP_CMD_CSTOP, ch, CStop),
+    ZRP_MEMBER(ZRP_CMD_SSTOP, ch, SStop),
+    ZRP_MEMBER(ZRP_CMD_BINGO, ch, Bingo),
+    ZRP_MEMBER(ZRP_CMD_AUTH_REFRESH_REQ, ch, AuthRefreshReq),
+    ZRP_MEMBER(ZRP_CMD_AUTH_REFRESH_NOTIFY, ch, AuthRefreshNotify),
+    ZRP_MEMBER(ZRP_CMD_ROUTE_CHANGE, ch, RouteChange));
+
+ZRP_UNION(TZRPBody,
+    ZRP_MEMBER(ZRP_CMD_NULL, ch, Null),
+    ZRP_MEMBER(ZRP_CMD_SYN, ch, Syn),
+    ZRP_MEMBER(ZRP_CMD_ACK, st, Ack),
+    ZRP_MEMBER(ZRP_CMD_AUTH_REQ, st, AuthReq),
+    ZRP_MEMBER(ZRP_CMD_AUTH_RSP, st, AuthRsp),
+    ZRP_MEMBER(ZRP_CMD_WAIT, st, Wait),
+    ZRP_MEMBER(ZRP_CMD_DATA, ch, Data),
+    ZRP_MEMBER(ZRP_CMD_CSTOP, st, CStop),
+    ZRP_MEMBER(ZRP_CMD_SSTOP, st, SStop),
+    ZRP_MEMBER(ZRP_CMD_BINGO, st, Bingo),
+    ZRP_MEMBER(ZRP_CMD_AUTH_REFRESH_REQ, st, AuthRefreshReq),
+    ZRP_MEMBER(ZRP_CMD_AUTH_REFRESH_NOTIFY, st, AuthRefreshNotify),
+    ZRP_MEMBER(ZRP_CMD_ROUTE_CHANGE, st, RouteChange));
+
+ZRP_STRUCTURE(TZRPHead,
+    ZRP_ROW(1, st, Base),
+    ZRP_ROW(2, st, Extend, ZRP_BY(stBase.wCommand)));
+
+ZRP_STRUCTURE(TZRPFrame,
+    ZRP_ROW(1, st, Head),
+    ZRP_TRAILING_ROW(2, sz, Body, ZRP_BY(stHead.stBase.dwBodyLen)));
+
+ZRP_STRUCTURE(TZRPInFrame,
+    ZRP_ROW(1, st, Head),
+    ZRP_ROW(2, st, Body, ZRP_BY(stHead.stBase.wCommand)));
+
+// clang-format on
+
+}  // namespace quorva_zrp::codec

@@ -1,0 +1,43 @@
+// The field tables: key exchange. A row is a field's number, the two halves of its
+// name, and what governs it or is its default; everything else about the field follows from the
+// record in quorva_zrp.h. The rows are the codec of their type.
+#pragma once
+
+#include "protocol/codec/table.h"
+
+namespace quorva_zrp::codec {
+
+// clang-format off
+
+ZRP_STRUCTURE(TVESKRawDHReq,
+    ZRP_ROW(1, w, A_size),
+    ZRP_ROW(2, sz, DH_A, ZRP_BY(wA_size)),
+    ZRP_ROW(3, sz, DH_p));
+
+ZRP_STRUCTURE(TVESKRawDHRsp,
+    ZRP_ROW(1, w, B_size),
+    ZRP_ROW(2, sz, DH_B, ZRP_BY(wB_size)));
+
+ZRP_STRUCTURE(TVESKEncDHInfo,
+    ZRP_ROW(1, b, EncMethod),
+    ZRP_ROW(2, w, EncInfoLen),
+    ZRP_ROW(3, sz, EncryptedInfo, ZRP_BY(wEncInfoLen)));
+
+ZRP_STRUCTURE(TVESKKey,
+    ZRP_ROW(1, b, Length),
+    ZRP_ROW(2, sz, Value, ZRP_BY(bLength)));
+
+ZRP_UNION(TZRPKeyReq,
+    ZRP_MEMBER(ZRP_KEY_NONE, ch, Null),
+    ZRP_MEMBER(ZRP_KEY_RAW_DH, st, ReqByRawDH),
+    ZRP_MEMBER(ZRP_KEY_ENC_DH, st, ReqByEncDH));
+
+ZRP_UNION(TZRPKeyRsp,
+    ZRP_MEMBER(ZRP_KEY_NONE, ch, Null),
+    ZRP_MEMBER(ZRP_KEY_VALUE, st, Key),
+    ZRP_MEMBER(ZRP_KEY_RAW_DH, st, RspByRawDH),
+    ZRP_MEMBER(ZRP_KEY_ENC_DH, st, RspByEncDH));
+
+// clang-format on
+
+}  // namespace quorva_zrp::codec

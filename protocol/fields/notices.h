@@ -1,0 +1,33 @@
+// The field tables: data head, queue and stop notices. A row is a field's number, the two halves of
+// its name, and what governs it or is its default; everything else about the field follows from the
+// record in quorva_zrp.h. The rows are the codec of their type.
+#pragma once
+
+#include "protocol/codec/table.h"
+#include "protocol/fields/relay_route.h"
+
+namespace quorva_zrp::codec {
+
+// clang-format off
+
+ZRP_STRUCTURE(TZRPDataHead,
+    ZRP_ROW(1, b, CompressFlag),
+    ZRP_ROW(2, b, AllowLost),
+    ZRP_ROW(3, b, RouteFlag),
+    ZRP_ROW(4, st, RouteInfo, ZRP_BY(bRouteFlag)));
+
+ZRP_STRUCTURE(TZRPWaitBody,
+    ZRP_ROW(1, dw, Position),
+    ZRP_ROW(2, dw, Total),
+    ZRP_ROW(3, dw, RoughTime));
+
+ZRP_STRUCTURE(TZRPCStopBody,
+    ZRP_ROW(1, dw, Reserved));
+
+ZRP_STRUCTURE(TZRPSStopBody,
+    ZRP_ROW(1, dw, Code),
+    ZRP_ROW(2, dw, ExErrCode));
+
+// clang-format on
+
+}  // namespace quorva_zrp::codec

@@ -1,0 +1,47 @@
+// The field tables: relay and routing. A row is a field's number, the two halves of its
+// name, and what governs it or is its default; everything else about the field follows from the
+// record in quorva_zrp.h. The rows are the codec of their type.
+#pragma once
+
+#include "protocol/codec/table.h"
+
+namespace quorva_zrp::codec {
+
+// clang-format off
+
+ZRP_STRUCTURE(TZRPRelay,
+    ZRP_ROW(1, dw, Position),
+    ZRP_ROW(2, sz, Identity),
+    ZRP_ROW(3, ull, ServerID),
+    ZRP_ROW(4, ll, SessionID),
+    ZRP_ROW(5, b, ServerType),
+    ZRP_ROW(6, sz, StartServiceName));
+
+ZRP_STRUCTURE(TZRPRelayReqBody,
+    ZRP_ROW(1, i, RelayType),
+    ZRP_ROW(2, st, RelayInfo));
+
+ZRP_STRUCTURE(SpecifyZoneRouteInfo,
+    ZRP_ROW(1, dw, TypeID),
+    ZRP_ROW(2, dw, ZoneID));
+
+ZRP_STRUCTURE(SpecifyServerRouteInfo,
+    ZRP_ROW(1, ull, ServerID),
+    ZRP_ROW(2, b, ServerType));
+
+ZRP_STRUCTURE(SpecifyNameRouteInfo,
+    ZRP_ROW(1, sz, ServiceName));
+
+ZRP_UNION(TZRPRouteInfo,
+    ZRP_MEMBER(ZRP_ROUTE_NONE, ch, Null),
+    ZRP_MEMBER(ZRP_ROUTE_ZONE, st, SpecifyZone),
+    ZRP_MEMBER(ZRP_ROUTE_SERVER, st, SpecifyServer),
+    ZRP_MEMBER(ZRP_ROUTE_LOGIN_POSITION, ch, LOGINPOSITION),
+    ZRP_MEMBER(ZRP_ROUTE_NAME, st, SpecifyName));
+
+ZRP_STRUCTURE(TZRPRouteChangeBody,
+    ZRP_ROW(1, ull, ServerID));
+
+// clang-format on
+
+}  // namespace quorva_zrp::codec
