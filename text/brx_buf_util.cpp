@@ -1,0 +1,148 @@
+// The default layout of a text dump, one entry a line when the separator is a newline:
+//
+//     [stBase]
+//         [wCommand] 4097
+//         [bEncrypted] 0x00
+//     [szStartServiceName] "lobby"
+//     [szIdentity] 2: 0x1f 0x00
+//
+// Four blanks a level, none for a negative indent. Texts are quoted and control characters in them
+// escaped, so that no peer can put line breaks or terminal sequences into a log. An entry that does
+// not fit leaves the buffer as it was before it.
+
+#include "Common/Source/Core/BRX/BrxBufUtil.h"
+
+namespace Quorva {
+
+namespace {
+
+constexpr uint64_t blanksPerLevel = 4;
+
+/// One entry on its way into the buffer; takes it back unless `finish` succeeds.
+class Entry {
+  public:
+    Entry(BrxWriteBuf& buf, int indent, const char* label) : buf_(buf), start_(buf.position) {
+        writeBlanks(indent);
+        write(label, strlen(label));
+    }
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+
+    void write(const char* text, size_t size) { step(buf_.writeBytes(text, size)); }
+
+    void format(const char* pattern, va_list arguments) BRX_PRINTF_LIKE(2, 0) {
+        if (result_ == 0) {
+            step(buf_.vtextize(pattern, arguments));
+        }
+    }
+
+    void format(const char* pattern, ...) BRX_PRINTF_LIKE(2, 3) {
+        va_list arguments;
+        va_start(arguments, pattern);
+        format(pattern, arguments);
+        va_end(arguments);
+    }
+
+    void writeQuoted(const char* text);
+
+    /// The separator and an uncounted NUL; returns the result of the whole entry.
+    int32_t finish(char separator) {
+        if (result_ == 0) {
+            step(buf_.writeCharWithNull(separator));
+        }
+        return finish();
+    }
+
+    /// Without a separator: the caller goes on with the entry.
+    int32_t finish() {
+        if (result_ != 0) {
+            buf_.position = start_;
+        }
+        return result_;
+    }
+
+  private:
+    void step(int32_t result) {
+        if (result_ == 0) {
+            result_ = result;
+        }
+    }
+
+    void writeBlanks(int indent) {
+        if (indent <= 0) {
+            return;
+        }
+        const uint64_t blanks = static_cast<uint64_t>(indent) * blanksPerLevel;
+        const size_t from = buf_.position;
+        if (blanks > SIZE_MAX) {
+            step(BRX_ERR_NO_ROOM);
+            return;
+        }
+        step(buf_.reserve(static_cast<size_t>(blanks)));
+        if (result_ == 0) {
+            memset(buf_.beginPtr + from, ' ', static_cast<size_t>(blanks));
+        }
+    }
+
+    BrxWriteBuf& buf_;
+    const size_t start_;
+    int32_t result_ = 0;
+};
+
+bool isPlain(char character) {
+    const uint8_t code = static_cast<uint8_t>(character);
+    return code >= 0x20 && code != 0x7F && character != '"' && character != '\\';
+}
+
+void Entry::writeQuoted(const char* text) {
+    write("\"", 1);
+    while (*text != '\0') {
+        size_t plain = 0;
+        while (isPlain(text[plain])) {
+            ++plain;
+        }
+        write(text, plain);
+        text += plain;
+        if (*text == '"' || *text == '\\') {
+            format("\\%c", *text++);
+        } else if (*text != '\0') {
+            format("\\x%02x", static_cast<unsigned>(static_cast<uint8_t>(*text++)));
+        }
+    }
+    write("\"", 1);
+}
+
+}  // namespace
+
+int32_t BrxBufUtil::printVariable(BrxWriteBuf& buf, int indent, char separator, const char* label,
+                                  const char* format, ...) {
+    Entry entry(buf, indent, label);
+    entry.write(" ", 1);
+    va_list arguments;
+    va_start(arguments, format);
+    entry.format(format, arguments);
+    va_end(arguments);
+    return entry.finish(separator);
+}
+
+int32_t BrxBufUtil::printVariable(BrxWriteBuf& buf, int indent, char separator, const char* label,
+                                  bool /*isHeading*/) {
+    return Entry(buf, indent, label).finish(separator);
+}
+
+int32_t BrxBufUtil::printArray(BrxWriteBuf& buf, int indent, char /*separator*/, const char* label,
+                               long long count) {
+    Entry entry(buf, indent, label);
+    entry.format(" %lld:", count);
+    return entry.finish();
+}
+
+int32_t BrxBufUtil::printString(BrxWriteBuf& buf, int indent, char separator, const char* label,
+                                const char* text) {
+    Entry entry(buf, indent, label);
+    entry.write(" ", 1);
+    entry.writeQuoted(text);
+    return entry.finish(separator);
+}
+
+}  // namespace Quorva
