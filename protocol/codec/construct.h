@@ -11,7 +11,7 @@ template <class Union>
 void constructMember(Union& value, long long selector);
 
 template <class Row, class Record>
-inline void constructRow(Record& record) {
+inline void constructField(Record& record) {
     using Type = typename Row::type;
     char* const at = reinterpret_cast<char*>(&record) + Row::offset;
     if constexpr (Row::kind == Kind::integer) {
@@ -33,22 +33,22 @@ inline void constructRow(Record& record) {
     }
 }
 
-template <class Record, class... Row>
-inline void constructRows(Record& record, RowList<Row...>) {
-    (constructRow<Row>(record), ...);
+template <class Record, size_t... Index>
+inline void constructFields(Record& record, std::index_sequence<Index...>) {
+    (constructField<Field<Record, Index>>(record), ...);
     record.presence = 0;
 }
 
 template <class Record>
 void constructStructure(Record& record) {
-    constructRows(record, typename Fields<Record>::Rows{});
+    constructFields(record, FieldIndices<Record>{});
 }
 
 /// Prepares the member that `selector` names; one that names none changes nothing.
 template <class Union>
 void constructMember(Union& value, long long selector) {
-    withMember<typename Fields<Union>::Rows>(
-        selector, [&]<class Row>(Row) { constructRow<Row>(value); }, [] {});
+    withMember<Union>(
+        selector, [&]<class Row>(Row) { constructField<Row>(value); }, [] {});
 }
 
 }  // namespace quorva_zrp::codec

@@ -56,7 +56,7 @@ inline DecodeStep decodeNestedUnion(Union& value, long long& selector, CheckedSo
 
 /// Reads the value of a field whose tag has been read.
 template <class Row, class Record, class Source>
-inline int decodeRow(Record& record, Source& source) {
+inline int decodeField(Record& record, Source& source) {
     using Type = typename Row::type;
     if constexpr (Row::kind == Kind::integer) {
         return source.integer(memberAt<Type>(record, Row::offset));
@@ -100,12 +100,12 @@ inline int decodeRow(Record& record, Source& source) {
 /// Takes the field of `Row` if it comes next. A field that may be absent is passed over when it
 /// does not; any other is a surprise then.
 template <class Row, class Record, bool Varint>
-inline int predictRow(Record& record, PredictingSource<Varint>& source, uint32_t& seen) {
+inline int predictField(Record& record, PredictingSource<Varint>& source, uint32_t& seen) {
     const char* const start = source.at;
     if (!source.template acceptTag<Row>()) {
         return Row::mayBeAbsent ? 0 : surprise;
     }
-    const int result = decodeRow<Row>(record, source);
+    const int result = decodeField<Row>(record, source);
     if (result == surprise) {
         source.at = start;
     } else {
@@ -114,11 +114,11 @@ inline int predictRow(Record& record, PredictingSource<Varint>& source, uint32_t
     return result;
 }
 
-template <class Record, bool Varint, class... Row>
-inline int predictRows(Record& record, PredictingSource<Varint>& source, uint32_t& seen,
-                       RowList<Row...>) {
+template <class Record, bool Varint, size_t... Index>
+inline int predictFields(Record& record, PredictingSource<Varint>& source, uint32_t& seen,
+                         std::index_sequence<Index...>) {
     int result = 0;
-    (void)(((result = predictRow<Row>(record, source, seen)) == 0) && ...);
+    (void)(((result = predictField<Field<Record, Index>>(record, source, seen)) == 0) && ...);
     return result;
 }
 
@@ -131,11 +131,11 @@ DecodeStep decodeInAnyOrder(Record& record, const Input& input, size_t from, uin
         uint32_t tag = 0;
         int result = source.tag(tag);
         if (result == 0) {
-            result = withRow<typename Fields<Record>::Rows>(
+            result = withField<Record>(
                 Quorva::BrxTLVUtil::getFieldId(tag),
                 [&]<class Row>(Row) {
                     record.presence |= Row::presenceBit;
-                    return decodeRow<Row>(record, source);
+                    return decodeField<Row>(record, source);
                 },
                 [&] { return source.skip(Quorva::BrxTLVUtil::getTypeId(tag)); });
         }
@@ -156,7 +156,7 @@ DecodeStep decodeStructure(Record& record, const Input& input, size_t from, uint
     }
     PredictingSource<Varint> source(input, from, static_cast<size_t>(end));
     uint32_t seen = 0;
-    const int result = predictRows(record, source, seen, typename Fields<Record>::Rows{});
+    const int result = predictFields(record, source, seen, FieldIndices<Record>{});
     record.presence = seen;
     if (result < 0 || (result == 0 && source.offset() == end)) {
         return {source.offset(), result};
@@ -174,13 +174,13 @@ inline int decodeMember(Union& value, Source& source, uint32_t& number) {
         return result;
     }
     number = Quorva::BrxTLVUtil::getFieldId(tag);
-    return withRow<typename Fields<Union>::Rows>(
+    return withField<Union>(
         number,
         [&]<class Row>(Row) {
             if (!source.template hasValue<Row>()) {
                 return surprise;
             }
-            return decodeRow<Row>(value, source);
+            return decodeField<Row>(value, source);
         },
         [&] { return source.skip(Quorva::BrxTLVUtil::getTypeId(tag)); });
 }

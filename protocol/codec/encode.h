@@ -36,7 +36,7 @@ inline int encodeText(const char* text, size_t capacity, Sink& sink) {
 }
 
 template <class Row, class Record, class Sink>
-inline int encodeRow(const Record& record, Sink& sink) {
+inline int encodeField(const Record& record, Sink& sink) {
     using Type = typename Row::type;
     if constexpr (Row::kind == Kind::integer) {
         return sink.template integer<Row::number>(loadAt<Type>(record, Row::offset));
@@ -70,17 +70,17 @@ inline int encodeRow(const Record& record, Sink& sink) {
 
 // --- All fields, one member ---------------------------------------------------------------------
 
-template <class Record, class Sink, class... Row>
-inline int encodeRows(const Record& record, Sink& sink, RowList<Row...>) {
+template <class Record, class Sink, size_t... Index>
+inline int encodeFields(const Record& record, Sink& sink, std::index_sequence<Index...>) {
     int result = 0;
-    (void)(((result = encodeRow<Row>(record, sink)) == 0) && ...);
+    (void)(((result = encodeField<Field<Record, Index>>(record, sink)) == 0) && ...);
     return result;
 }
 
 template <class Union, class Sink>
 inline int encodeMember(const Union& value, long long selector, Sink& sink) {
-    return withMember<typename Fields<Union>::Rows>(
-        selector, [&]<class Row>(Row) { return encodeRow<Row>(value, sink); },
+    return withMember<Union>(
+        selector, [&]<class Row>(Row) { return encodeField<Row>(value, sink); },
         [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
 }
 
@@ -95,7 +95,7 @@ struct EncodeStep {
 template <class Record, bool Varint>
 EncodeStep encodeStructureUnchecked(const Record& record, char* to) {
     UncheckedSink<Varint> sink(to);
-    const int result = encodeRows(record, sink, typename Fields<Record>::Rows{});
+    const int result = encodeFields(record, sink, FieldIndices<Record>{});
     return {sink.at, result};
 }
 
@@ -123,15 +123,15 @@ inline int encodeUnion(const Union& value, long long selector, UncheckedSink<Var
 // --- Choosing -----------------------------------------------------------------------------------
 
 /// Room that `record` may need beyond the largest encoding of its fields: the bytes behind it.
-template <class Record, class... Row>
-inline uint64_t bytesBehind(const Record& record, RowList<Row...>) {
+template <class Record, size_t... Index>
+inline uint64_t bytesBehind(const Record& record, std::index_sequence<Index...>) {
     uint64_t bytes = 0;
     const auto add = [&]<class R>(R) {
         if constexpr (R::kind == Kind::trailingBytes) {
             bytes += R::Governor::load(record);
         }
     };
-    (add(Row{}), ...);
+    (add(Field<Record, Index>{}), ...);
     (void)record;
     (void)add;
     return bytes;
@@ -154,15 +154,14 @@ inline int encodeAtPosition(BrxWriteBuf& buf, Encode encode) {
 
 template <class Record>
 int encodeStructure(const Record& record, CheckedSink& sink) {
-    using Rows = typename Fields<Record>::Rows;
-    const uint64_t behind = bytesBehind(record, Rows{});
+    const uint64_t behind = bytesBehind(record, FieldIndices<Record>{});
     if (hasRoom(sink.buf(), Fields<Record>::largestBody(sink.varint()) + behind)) {
         return encodeAtPosition(sink.buf(), [&](char* to) {
             return sink.varint() ? encodeStructureUnchecked<Record, true>(record, to)
                                  : encodeStructureUnchecked<Record, false>(record, to);
         });
     }
-    return encodeRows(record, sink, Rows{});
+    return encodeFields(record, sink, FieldIndices<Record>{});
 }
 
 template <class Union>

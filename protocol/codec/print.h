@@ -35,7 +35,7 @@ template <class Union>
 int printMember(const Union& value, long long selector, const Page& page);
 
 template <class Row, class Record>
-inline int printRow(const Record& record, const Page& page) {
+inline int printField(const Record& record, const Page& page) {
     using Type = typename Row::type;
     [[maybe_unused]] const char* const at = reinterpret_cast<const char*>(&record) + Row::offset;
     [[maybe_unused]] uint64_t count = Row::capacity();
@@ -67,23 +67,23 @@ inline int printRow(const Record& record, const Page& page) {
     }
 }
 
-template <class Record, class... Row>
-inline int printRows(const Record& record, const Page& page, RowList<Row...>) {
+template <class Record, size_t... Index>
+inline int printFields(const Record& record, const Page& page, std::index_sequence<Index...>) {
     int result = 0;
-    (void)(((result = printRow<Row>(record, page)) == 0) && ...);
+    (void)(((result = printField<Field<Record, Index>>(record, page)) == 0) && ...);
     return result;
 }
 
 template <class Record>
 int printStructure(const Record& record, const Page& page) {
-    return printRows(record, page, typename Fields<Record>::Rows{});
+    return printFields(record, page, FieldIndices<Record>{});
 }
 
 /// Prints the member that `selector` names; one that names none prints nothing.
 template <class Union>
 int printMember(const Union& value, long long selector, const Page& page) {
-    return withMember<typename Fields<Union>::Rows>(
-        selector, [&]<class Row>(Row) { return printRow<Row>(value, page); }, [] { return 0; });
+    return withMember<Union>(
+        selector, [&]<class Row>(Row) { return printField<Row>(value, page); }, [] { return 0; });
 }
 
 // --- Texts for log calls ------------------------------------------------------------------------

@@ -50,24 +50,32 @@ struct RowList {
     }
 };
 
-// --- Finding a row by number --------------------------------------------------------------------
+// --- Going through the rows of a type -----------------------------------------------------------
+
+/// The field at `Index` of a type's table, under a name that stays short in symbols and messages.
+template <class Message, size_t Index>
+struct Field : Fields<Message>::Rows::template At<Index> {};
+
+/// The indices of a type's fields.
+template <class Message>
+using FieldIndices = std::make_index_sequence<Fields<Message>::Rows::count>;
 
 namespace list {
 
-/// The number of the row at `Index`; past the end a number that no tag can carry.
-template <class Rows, size_t Index>
+/// The number of the field at `Index`; past the end a number that no tag can carry.
+template <class Message, size_t Index>
 constexpr uint32_t numberAt() {
-    if constexpr (Index < Rows::count) {
-        return Rows::template At<Index>::number;
+    if constexpr (Index < Fields<Message>::Rows::count) {
+        return Field<Message, Index>::number;
     } else {
         return UINT32_MAX - Index;
     }
 }
 
-template <class Rows, size_t Index, class Found, class Missing>
+template <class Message, size_t Index, class Found, class Missing>
 auto visitAt(Found& found, Missing& missing) {
-    if constexpr (Index < Rows::count) {
-        return found(typename Rows::template At<Index>{});
+    if constexpr (Index < Fields<Message>::Rows::count) {
+        return found(Field<Message, Index>{});
     } else {
         return missing();
     }
@@ -75,15 +83,16 @@ auto visitAt(Found& found, Missing& missing) {
 
 }  // namespace list
 
-/// Calls `found` with the row of this number, or `missing`. A switch, since compilers turn it into
-/// a jump table or a search tree where they leave a fold over the numbers as a chain of compares.
-template <class Rows, class Found, class Missing>
-auto withRow(uint32_t number, Found found, Missing missing) {
-    static_assert(Rows::count <= 16, "extend the list below");
+/// Calls `found` with the field of this number, or `missing`. A switch, since compilers turn it
+/// into a jump table or a search tree where they leave a fold over the numbers as a chain of
+/// compares.
+template <class Message, class Found, class Missing>
+auto withField(uint32_t number, Found found, Missing missing) {
+    static_assert(Fields<Message>::Rows::count <= 16, "extend the list below");
     switch (number) {
-#define ZRP_CASE(Index)                 \
-    case list::numberAt<Rows, Index>(): \
-        return list::visitAt<Rows, Index>(found, missing);
+#define ZRP_CASE(Index)                    \
+    case list::numberAt<Message, Index>(): \
+        return list::visitAt<Message, Index>(found, missing);
         ZRP_CASE(0)
         ZRP_CASE(1)
         ZRP_CASE(2)
@@ -107,12 +116,11 @@ auto withRow(uint32_t number, Found found, Missing missing) {
 }
 
 /// The same for a selector: negative ones and those past 32 bits name nothing.
-template <class Rows, class Found, class Missing>
+template <class Union, class Found, class Missing>
 auto withMember(long long selector, Found found, Missing missing) {
     const uint64_t number = static_cast<uint64_t>(selector);
-    return number <= Rows::template At<Rows::count - 1>::number
-               ? withRow<Rows>(static_cast<uint32_t>(number), found, missing)
-               : missing();
+    return number <= UINT32_MAX ? withField<Union>(static_cast<uint32_t>(number), found, missing)
+                                : missing();
 }
 
 // --- Checks -------------------------------------------------------------------------------------
