@@ -6,49 +6,49 @@
 namespace quorva_zrp::codec {
 
 template <class Record>
-void constructStructure(Record& record);
+void construct(char* record);
 template <class Union>
-void constructMember(Union& value, long long selector);
+void construct(char* value, long long selector);
 
-template <class Row, class Record>
-inline void constructField(Record& record) {
-    using Type = typename Row::type;
-    char* const at = reinterpret_cast<char*>(&record) + Row::offset;
-    if constexpr (Row::kind == Kind::integer) {
-        storeAt(record, Row::offset, static_cast<Type>(Row::Default::value));
-    } else if constexpr (Row::kind == Kind::text) {
-        if constexpr (std::is_same_v<typename Row::Default, DefaultValue<0>>) {
+template <class Field>
+inline void constructField(Field field, char* record) {
+    using Type = typename Field::type;
+    char* const at = record + field.offset();
+    if constexpr (Field::kind() == Kind::integer) {
+        store(at, static_cast<Type>(Field::Default::value));
+    } else if constexpr (Field::kind() == Kind::text) {
+        if constexpr (std::is_same_v<typename Field::Default, DefaultValue<0>>) {
             at[0] = '\0';  // the rest of the text stays as it was
         } else {
-            static_assert(Row::Default::size <= sizeof(Type), "the default fits its field");
+            static_assert(Field::Default::size <= sizeof(Type), "the default fits its field");
             memset(at, 0, sizeof(Type));
-            memcpy(at, Row::Default::value, Row::Default::size);
+            memcpy(at, Field::Default::value, Field::Default::size);
         }
-    } else if constexpr (Row::kind == Kind::bytes) {
+    } else if constexpr (Field::kind() == Kind::bytes) {
         memset(at, 0, sizeof(Type));
-    } else if constexpr (Row::kind == Kind::structure) {
-        constructStructure(memberAt<Type>(record, Row::offset));
-    } else if constexpr (Row::kind == Kind::selectedUnion) {
-        constructMember(memberAt<Type>(record, Row::offset), Row::Governor::load(record));
+    } else if constexpr (Field::kind() == Kind::structure) {
+        construct<Type>(at);
+    } else if constexpr (Field::kind() == Kind::selectedUnion) {
+        construct<Type>(at, static_cast<long long>(field.governor(record)));
     }
 }
 
 template <class Record, size_t... Index>
-inline void constructFields(Record& record, std::index_sequence<Index...>) {
-    (constructField<Field<Record, Index>>(record), ...);
-    record.presence = 0;
+inline void constructFields(char* record, std::index_sequence<Index...>) {
+    (constructField(Field<Record, Index>{}, record), ...);
+    store(record + offsetof(Record, presence), uint32_t{0});
 }
 
 template <class Record>
-void constructStructure(Record& record) {
-    constructFields(record, FieldIndices<Record>{});
+void construct(char* record) {
+    constructFields<Record>(record, FieldIndices<Record>{});
 }
 
 /// Prepares the member that `selector` names; one that names none changes nothing.
 template <class Union>
-void constructMember(Union& value, long long selector) {
+void construct(char* value, long long selector) {
     withMember<Union>(
-        selector, [&]<class Row>(Row) { constructField<Row>(value); }, [] {});
+        selector, [&](auto member) { constructField(member, value); }, [] {});
 }
 
 }  // namespace quorva_zrp::codec

@@ -1,33 +1,26 @@
-// The encoder: one pass over the rows of a type, through either sink.
+// The encoder: one pass over the fields of a type.
+//
+// `encodeField` is the one description of how a field travels. It is compiled twice: with rows
+// known at compile time and the unchecked sink it becomes straight-line code, used where the
+// largest encoding fits; with rows as data and the checked sink it goes step by step, to the exact
+// byte where the room ends.
 #pragma once
 
+#include "protocol/codec/field_data.h"
 #include "protocol/codec/sinks.h"
 #include "protocol/codec/table.h"
 
 namespace quorva_zrp::codec {
 
-/// Writes the fields of a structure; chooses the sink.
-template <class Record>
-int encodeStructure(const Record& record, CheckedSink& sink);
-
-/// Writes the one member of a union that `selector` names; chooses the sink.
-template <class Union>
-int encodeUnion(const Union& value, long long selector, CheckedSink& sink);
-
 // --- One field ----------------------------------------------------------------------------------
 
-/// Tag, a hole for the length, the value, and the length written back.
-template <uint32_t Number, class Sink, class WriteValue>
-inline int encodeDelimited(Sink& sink, WriteValue writeValue) {
-    if (const int result = sink.template tagOfDelimited<Number>(); result != 0) {
-        return result;
-    }
-    const typename Sink::Hole hole = sink.openLength();
-    if (const int result = writeValue(); result != 0) {
-        return result;
-    }
-    return sink.closeLength(hole);
-}
+// How the two speeds enter a nested value; below and in encode.cpp.
+template <class Field, bool Varint>
+int encodeStructure(Field field, const char* nested, UncheckedSink<Varint>& sink);
+template <class Field, bool Varint>
+int encodeUnion(Field field, const char* nested, long long selector, UncheckedSink<Varint>& sink);
+int encodeStructure(const FieldData& field, const char* nested, CheckedSink& sink);
+int encodeUnion(const FieldData& field, const char* nested, long long selector, CheckedSink& sink);
 
 template <class Sink>
 inline int encodeText(const char* text, size_t capacity, Sink& sink) {
@@ -35,56 +28,48 @@ inline int encodeText(const char* text, size_t capacity, Sink& sink) {
     return size == capacity ? Quorva::BRX_ERR_TEXT_TOO_LONG : sink.text(text, size);
 }
 
-template <class Row, class Record, class Sink>
-inline int encodeField(const Record& record, Sink& sink) {
-    using Type = typename Row::type;
-    if constexpr (Row::kind == Kind::integer) {
-        return sink.template integer<Row::number>(loadAt<Type>(record, Row::offset));
-    } else {
-        size_t count = Row::capacity();
-        if constexpr (Row::mayBeAbsent) {
-            const auto governor = Row::Governor::load(record);
-            if (governor > Row::largestCount()) {
-                return Quorva::BRX_ERR_REFER_TOO_BIG;
-            }
-            if (governor == 0) {
-                return 0;
-            }
-            count = governor;
-        }
-        return encodeDelimited<Row::number>(sink, [&] {
-            const char* const from = reinterpret_cast<const char*>(&record) + Row::offset;
-            if constexpr (Row::kind == Kind::text) {
-                return encodeText(from, count, sink);
-            } else if constexpr (Row::kind == Kind::structure) {
-                return encodeStructure(memberAt<Type>(record, Row::offset), sink);
-            } else if constexpr (Row::kind == Kind::selectedUnion) {
-                return encodeUnion(memberAt<Type>(record, Row::offset), Row::Governor::load(record),
-                                   sink);
-            } else {
-                return sink.bytes(from, count);
-            }
-        });
+/// What follows the tag and the length of a delimited value; `count` is that of a byte array.
+template <class Field, class Sink>
+inline int encodeDelimitedValue(const Field& field, const char* record, size_t count, Sink& sink) {
+    const char* const from = record + field.offset();
+    switch (field.kind()) {
+        case Kind::text:
+            return encodeText(from, field.capacity(), sink);
+        case Kind::structure:
+            return encodeStructure(field, from, sink);
+        case Kind::selectedUnion:
+            return encodeUnion(field, from, static_cast<long long>(field.governor(record)), sink);
+        default:
+            return sink.bytes(from, count);
     }
 }
 
-// --- All fields, one member ---------------------------------------------------------------------
-
-template <class Record, class Sink, size_t... Index>
-inline int encodeFields(const Record& record, Sink& sink, std::index_sequence<Index...>) {
-    int result = 0;
-    (void)(((result = encodeField<Field<Record, Index>>(record, sink)) == 0) && ...);
-    return result;
+template <class Field, class Sink>
+inline int encodeField(const Field& field, const char* record, Sink& sink) {
+    if (field.kind() == Kind::integer) {
+        return field.withIntegerType([&]<class Integer>(Integer) {
+            return sink.integer(field, load<Integer>(record + field.offset()));
+        });
+    }
+    uint64_t count = field.capacity();
+    if (field.mayBeAbsent()) {
+        count = field.governor(record);
+        if (count > largestCount(field.kind(), field.capacity())) {
+            return Quorva::BRX_ERR_REFER_TOO_BIG;
+        }
+        if (count == 0) {
+            return 0;
+        }
+    }
+    if (const int result = sink.tagOfDelimited(field); result != 0) {
+        return result;
+    }
+    const typename Sink::Hole hole = sink.openLength();
+    const int result = encodeDelimitedValue(field, record, static_cast<size_t>(count), sink);
+    return result != 0 ? result : sink.closeLength(hole);
 }
 
-template <class Union, class Sink>
-inline int encodeMember(const Union& value, long long selector, Sink& sink) {
-    return withMember<Union>(
-        selector, [&]<class Row>(Row) { return encodeField<Row>(value, sink); },
-        [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
-}
-
-// --- With room for the largest encoding ---------------------------------------------------------
+// --- Straight-line code, with room for the largest encoding -------------------------------------
 
 /// Where an unchecked encoding ended, and its result. Small enough to travel in registers.
 struct EncodeStep {
@@ -92,49 +77,87 @@ struct EncodeStep {
     int result;
 };
 
+template <class Record, class Sink, size_t... Index>
+inline int encodeFields(const char* record, Sink& sink, std::index_sequence<Index...>) {
+    int result = 0;
+    (void)(((result = encodeField(Field<Record, Index>{}, record, sink)) == 0) && ...);
+    return result;
+}
+
 template <class Record, bool Varint>
-EncodeStep encodeStructureUnchecked(const Record& record, char* to) {
+EncodeStep encodeUnchecked(const char* record, char* to) {
     UncheckedSink<Varint> sink(to);
-    const int result = encodeFields(record, sink, FieldIndices<Record>{});
+    const int result = encodeFields<Record>(record, sink, FieldIndices<Record>{});
     return {sink.at, result};
 }
 
 template <class Union, bool Varint>
-EncodeStep encodeUnionUnchecked(const Union& value, long long selector, char* to) {
+EncodeStep encodeUnchecked(const char* value, long long selector, char* to) {
     UncheckedSink<Varint> sink(to);
-    const int result = encodeMember(value, selector, sink);
+    const int result = withMember<Union>(
+        selector, [&](auto field) { return encodeField(field, value, sink); },
+        [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
     return {sink.at, result};
 }
 
-template <class Record, bool Varint>
-inline int encodeStructure(const Record& record, UncheckedSink<Varint>& sink) {
-    const EncodeStep step = encodeStructureUnchecked<Record, Varint>(record, sink.at);
-    sink.at = step.at;
-    return step.result;
+template <class Field, bool Varint>
+inline int encodeStructure(Field, const char* nested, UncheckedSink<Varint>& sink) {
+    if constexpr (Field::kind() == Kind::structure) {
+        const EncodeStep step = encodeUnchecked<typename Field::type, Varint>(nested, sink.at);
+        sink.at = step.at;
+        return step.result;
+    } else {
+        return 0;
+    }
 }
 
-template <class Union, bool Varint>
-inline int encodeUnion(const Union& value, long long selector, UncheckedSink<Varint>& sink) {
-    const EncodeStep step = encodeUnionUnchecked<Union, Varint>(value, selector, sink.at);
-    sink.at = step.at;
-    return step.result;
+template <class Field, bool Varint>
+inline int encodeUnion(Field, const char* nested, long long selector, UncheckedSink<Varint>& sink) {
+    if constexpr (Field::kind() == Kind::selectedUnion) {
+        const EncodeStep step =
+            encodeUnchecked<typename Field::type, Varint>(nested, selector, sink.at);
+        sink.at = step.at;
+        return step.result;
+    } else {
+        return 0;
+    }
 }
+
+// --- Step by step -------------------------------------------------------------------------------
+
+int encodeChecked(uint8_t type, const char* record, CheckedSink& sink);
+int encodeChecked(uint8_t type, const char* value, long long selector, CheckedSink& sink);
 
 // --- Choosing -----------------------------------------------------------------------------------
 
-/// Room that `record` may need beyond the largest encoding of its fields: the bytes behind it.
-template <class Record, size_t... Index>
-inline uint64_t bytesBehind(const Record& record, std::index_sequence<Index...>) {
-    uint64_t bytes = 0;
-    const auto add = [&]<class R>(R) {
-        if constexpr (R::kind == Kind::trailingBytes) {
-            bytes += R::Governor::load(record);
-        }
-    };
-    (add(Field<Record, Index>{}), ...);
-    (void)record;
-    (void)add;
-    return bytes;
+/// The most bytes that the fields of `record` can take given what its selectors choose and the
+/// bytes behind it, where the constant for the type is too much for the room there is.
+template <class Record, bool Varint, size_t... Index>
+uint64_t largestNow(const char* record, std::index_sequence<Index...>);
+
+template <class Field, bool Varint>
+inline uint64_t largestFieldNow(const char* record) {
+    using Type = typename Field::type;
+    constexpr uint64_t largest = Field::largestSize(Varint, 0);
+    if constexpr (Field::kind() == Kind::structure) {
+        return largest - Fields<Type>::largestBody(Varint) +
+               largestNow<Type, Varint>(record + Field::offset(), FieldIndices<Type>{});
+    } else if constexpr (Field::kind() == Kind::selectedUnion) {
+        const uint64_t member = withMember<Type>(
+            static_cast<long long>(Field::governor(record)),
+            [](auto chosen) { return decltype(chosen)::largestSize(Varint, 0); },
+            [] { return size_t{0}; });
+        return largest - Fields<Type>::largestBody(Varint) + member;
+    } else if constexpr (Field::kind() == Kind::trailingBytes) {
+        return largest + Field::governor(record);
+    } else {
+        return largest;
+    }
+}
+
+template <class Record, bool Varint, size_t... Index>
+uint64_t largestNow(const char* record, std::index_sequence<Index...>) {
+    return (uint64_t{0} + ... + largestFieldNow<Field<Record, Index>, Varint>(record));
 }
 
 /// Whether `size` bytes are free. Deliberate: a broken buffer counts as full, so that the
@@ -143,36 +166,42 @@ inline bool hasRoom(const BrxWriteBuf& buf, uint64_t size) {
     return buf.position <= buf.length && buf.length - buf.position >= size;
 }
 
-/// Runs an unchecked encoding at the position of `buf`.
-template <class Encode>
-inline int encodeAtPosition(BrxWriteBuf& buf, Encode encode) {
-    char* const from = buf.beginPtr + buf.position;
-    const EncodeStep step = encode(from);
-    buf.position += static_cast<size_t>(step.at - from);
+/// Takes over where an unchecked encoding at the position of `buf` ended.
+inline int finish(BrxWriteBuf& buf, EncodeStep step) {
+    buf.position = static_cast<size_t>(step.at - buf.beginPtr);
     return step.result;
 }
 
-template <class Record>
-int encodeStructure(const Record& record, CheckedSink& sink) {
-    const uint64_t behind = bytesBehind(record, FieldIndices<Record>{});
-    if (hasRoom(sink.buf(), Fields<Record>::largestBody(sink.varint()) + behind)) {
-        return encodeAtPosition(sink.buf(), [&](char* to) {
-            return sink.varint() ? encodeStructureUnchecked<Record, true>(record, to)
-                                 : encodeStructureUnchecked<Record, false>(record, to);
-        });
-    }
-    return encodeFields(record, sink, FieldIndices<Record>{});
+/// Whether the fields of `record` are sure to fit.
+template <class Record, bool Varint>
+inline bool fits(const char* record, const BrxWriteBuf& buf) {
+    constexpr uint64_t largest = Fields<Record>::largestBody(Varint);
+    return (!Fields<Record>::hasBytesBehind && hasRoom(buf, largest)) ||
+           hasRoom(buf, largestNow<Record, Varint>(record, FieldIndices<Record>{}));
 }
 
-template <class Union>
-int encodeUnion(const Union& value, long long selector, CheckedSink& sink) {
-    if (hasRoom(sink.buf(), Fields<Union>::largestBody(sink.varint()))) {
-        return encodeAtPosition(sink.buf(), [&](char* to) {
-            return sink.varint() ? encodeUnionUnchecked<Union, true>(value, selector, to)
-                                 : encodeUnionUnchecked<Union, false>(value, selector, to);
-        });
+/// Writes the fields of a structure at the position of `buf`.
+template <bool Varint, class Record>
+inline int encode(const Record& object, BrxWriteBuf& buf) {
+    const char* const record = bytesOf(object);
+    if (fits<Record, Varint>(record, buf)) {
+        return finish(buf, encodeUnchecked<Record, Varint>(record, buf.beginPtr + buf.position));
     }
-    return encodeMember(value, selector, sink);
+    CheckedSink sink(buf, Varint);
+    return encodeChecked(typeIndex<Record>, record, sink);
+}
+
+/// Writes the member of a union that `selector` names at the position of `buf`.
+template <bool Varint, class Union>
+inline int encode(const Union& object, long long selector, BrxWriteBuf& buf) {
+    const char* const value = bytesOf(object);
+    constexpr uint64_t largest = Fields<Union>::largestBody(Varint);
+    if (hasRoom(buf, largest)) {
+        return finish(buf,
+                      encodeUnchecked<Union, Varint>(value, selector, buf.beginPtr + buf.position));
+    }
+    CheckedSink sink(buf, Varint);
+    return encodeChecked(typeIndex<Union>, value, selector, sink);
 }
 
 }  // namespace quorva_zrp::codec

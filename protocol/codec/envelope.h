@@ -10,7 +10,7 @@ namespace quorva_zrp::codec {
 constexpr uint8_t magicVarint = 0xAA;
 constexpr uint8_t magicFixed = 0x99;
 
-/// Writes an envelope around what `encode` writes through a sink.
+/// Writes an envelope around what `encode` writes into the buffer it is given.
 /// Deliberate: header and `*usedSize` are written after a failure too, and a header that does not
 /// fit goes unnoticed; only the result of `encode` tells success.
 template <class Encode>
@@ -22,8 +22,7 @@ inline int pack(char* buffer, size_t size, size_t* usedSize, bool varint, Encode
     (void)buf.writeUInt8(varint ? magicVarint : magicFixed);
     const size_t lengthAt = buf.position;
     (void)buf.reserve(lengthSize);
-    CheckedSink sink(buf, varint);
-    const int result = encode(sink);
+    const int result = encode(buf);
     if (usedSize != nullptr) {
         *usedSize = buf.position;
     }
@@ -57,30 +56,9 @@ inline int unpack(const char* buffer, size_t size, size_t* usedSize, Decode deco
     return step.result;
 }
 
-template <class Record>
-inline int unpackStructure(Record& record, const char* buffer, size_t size, size_t* usedSize) {
-    return unpack(buffer, size, usedSize, [&](const Input& input, const Envelope& envelope) {
-        return envelope.varint
-                   ? decodeStructure<Record, true>(record, input, envelopeSize, envelope.bodyLength)
-                   : decodeStructure<Record, false>(record, input, envelopeSize,
-                                                    envelope.bodyLength);
-    });
-}
-
-template <class Union>
-inline int unpackUnion(Union& value, long long& selector, const char* buffer, size_t size,
-                       size_t* usedSize) {
-    return unpack(buffer, size, usedSize, [&](const Input& input, const Envelope& envelope) {
-        return envelope.varint ? decodeUnion<Union, true>(value, selector, input, envelopeSize,
-                                                          envelope.bodyLength)
-                               : decodeUnion<Union, false>(value, selector, input, envelopeSize,
-                                                           envelope.bodyLength);
-    });
-}
-
 /// Decodes from the position of `buf` and moves it.
 template <class Decode>
-inline int decodeFrom(BrxReadBuf& buf, Decode decode) {
+inline int unpackFields(BrxReadBuf& buf, Decode decode) {
     const Input input(buf.beginPtr, buf.length);
     const DecodeStep step = decode(input, buf.position);
     buf.position = step.offset;

@@ -7,6 +7,7 @@
 namespace quorva_zrp::codec {
 
 using Quorva::BrxBufUtil;
+using Quorva::BrxWriteBuf;
 
 Page Page::nested() const {
     return {buf, indent < 0 || indent == INT_MAX ? indent : indent + 1, separator};
@@ -15,48 +16,48 @@ Page Page::nested() const {
 namespace {
 
 template <class Value>
-int print(const Page& page, const char* label, const char* format, Value value) {
+int printValue(const Page& page, const char* label, const char* format, Value value) {
     return BrxBufUtil::printVariable(page.buf, page.indent, page.separator, label, format, value);
 }
 
 }  // namespace
 
 int printInteger(const Page& page, const char* label, uint8_t value) {
-    return print(page, label, "0x%02x", static_cast<unsigned>(value));
+    return printValue(page, label, "0x%02x", static_cast<unsigned>(value));
 }
 
 /// Deliberate: the byte is widened with its sign, so 0x80 prints as 0xffffff80.
 int printInteger(const Page& page, const char* label, int8_t value) {
-    return print(page, label, "0x%02x", static_cast<int>(value));
+    return printValue(page, label, "0x%02x", static_cast<int>(value));
 }
 
 int printInteger(const Page& page, const char* label, uint16_t value) {
-    return print(page, label, "%d", static_cast<int>(value));
+    return printValue(page, label, "%d", static_cast<int>(value));
 }
 
 int printInteger(const Page& page, const char* label, uint32_t value) {
-    return print(page, label, "%u", static_cast<unsigned>(value));
+    return printValue(page, label, "%u", static_cast<unsigned>(value));
 }
 
 int printInteger(const Page& page, const char* label, int32_t value) {
-    return print(page, label, "%d", static_cast<int>(value));
+    return printValue(page, label, "%d", static_cast<int>(value));
 }
 
 // The printed text is the same where long has 32 bits; only the format differs.
 
 int printInteger(const Page& page, const char* label, uint64_t value) {
     if constexpr (sizeof(long) == sizeof(uint64_t)) {
-        return print(page, label, "%lu", static_cast<unsigned long>(value));
+        return printValue(page, label, "%lu", static_cast<unsigned long>(value));
     } else {
-        return print(page, label, "%llu", static_cast<unsigned long long>(value));
+        return printValue(page, label, "%llu", static_cast<unsigned long long>(value));
     }
 }
 
 int printInteger(const Page& page, const char* label, int64_t value) {
     if constexpr (sizeof(long) == sizeof(int64_t)) {
-        return print(page, label, "%ld", static_cast<long>(value));
+        return printValue(page, label, "%ld", static_cast<long>(value));
     } else {
-        return print(page, label, "%lld", static_cast<long long>(value));
+        return printValue(page, label, "%lld", static_cast<long long>(value));
     }
 }
 

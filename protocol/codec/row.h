@@ -88,29 +88,29 @@ constexpr size_t largestInteger(bool varint) {
 }
 
 // --- Access -------------------------------------------------------------------------------------
-// A record is read and written as bytes at an offset, so that a union member other than the one
-// last written can be reached whatever a selector says.
+// Records are read and written as bytes, so that a union member other than the one last written can
+// be reached whatever a selector says.
 
-template <class Type, class Record>
-const Type& memberAt(const Record& record, size_t offset) {
-    return *reinterpret_cast<const Type*>(reinterpret_cast<const char*>(&record) + offset);
-}
-
-template <class Type, class Record>
-Type& memberAt(Record& record, size_t offset) {
-    return *reinterpret_cast<Type*>(reinterpret_cast<char*>(&record) + offset);
-}
-
-template <class Integer, class Record>
-Integer loadAt(const Record& record, size_t offset) {
+template <class Integer>
+inline Integer load(const char* from) {
     Integer value;
-    memcpy(&value, reinterpret_cast<const char*>(&record) + offset, sizeof(value));
+    memcpy(&value, from, sizeof(value));
     return value;
 }
 
-template <class Integer, class Record>
-void storeAt(Record& record, size_t offset, Integer value) {
-    memcpy(reinterpret_cast<char*>(&record) + offset, &value, sizeof(value));
+template <class Integer>
+inline void store(char* to, Integer value) {
+    memcpy(to, &value, sizeof(value));
+}
+
+template <class Record>
+inline const char* bytesOf(const Record& record) {
+    return reinterpret_cast<const char*>(&record);
+}
+
+template <class Record>
+inline char* bytesOf(Record& record) {
+    return reinterpret_cast<char*>(&record);
 }
 
 // --- Attributes of a row ------------------------------------------------------------------------
@@ -121,22 +121,25 @@ template <size_t Offset, class Integer>
 struct GovernedBy {
     static_assert(std::is_unsigned_v<Integer>, "counts, selectors and flags are unsigned");
     static constexpr size_t offset = Offset;
-    using type = Integer;
+    static constexpr size_t size = sizeof(Integer);
     static constexpr uint64_t largest = static_cast<Integer>(~Integer(0));
 
-    template <class Record>
-    static Integer load(const Record& record) {
-        return loadAt<Integer>(record, Offset);
-    }
+    static uint64_t get(const char* record) { return load<Integer>(record + Offset); }
     /// Deliberate: a selector that is wider than its field is cut to it.
-    template <class Record>
-    static void store(Record& record, uint64_t value) {
-        storeAt(record, Offset, static_cast<Integer>(value));
+    static void set(char* record, uint64_t value) {
+        store(record + Offset, static_cast<Integer>(value));
     }
 };
 
 /// Stands where nothing governs a field.
-struct Ungoverned {};
+struct Ungoverned {
+    static constexpr size_t offset = 0;
+    static constexpr size_t size = 0;
+    static constexpr uint64_t largest = 0;
+
+    static uint64_t get(const char*) { return 0; }
+    static void set(char*, uint64_t) {}
+};
 
 /// What `construct()` gives an integer instead of 0.
 template <uint64_t Value>
@@ -193,23 +196,31 @@ struct DefaultOf<First, Rest...> {
 
 // --- Rows ---------------------------------------------------------------------------------------
 
-/// One field of a structure or one member of a union.
+/// What a field of this kind, capacity and governor may be governed by at most: a structure's flag
+/// is 0 or 1, a count at most the capacity; the caller vouches for the bytes behind a record.
+constexpr uint64_t largestCount(Kind kind, size_t capacity) {
+    return kind == Kind::structure ? 1 : kind == Kind::trailingBytes ? UINT64_MAX : capacity;
+}
+
+/// One field of a structure or one member of a union. Its functions are those of FieldData, which
+/// says the same at run time, so that one engine serves both.
 template <uint32_t Number, Text Label, size_t Offset, class Type, uint32_t PresenceBit,
           class... Attributes>
 struct Row {
-    static constexpr uint32_t number = Number;
-    static constexpr size_t offset = Offset;
     using type = Type;
-    static constexpr Kind kind = kindOf<Type>();
-    static constexpr uint32_t presenceBit = PresenceBit;
     using Governor = typename attribute::GovernorOf<Attributes...>::type;
     using Default = typename attribute::DefaultOf<Attributes...>::type;
     static constexpr const char* label = Label.characters;
-    static constexpr bool isGoverned = !std::is_same_v<Governor, Ungoverned>;
+    static constexpr uint32_t presenceBit = PresenceBit;
+
+    static constexpr uint32_t number() { return Number; }
+    static constexpr size_t offset() { return Offset; }
+    static constexpr Kind kind() { return kindOf<Type>(); }
+    static constexpr bool isGoverned() { return Governor::size != 0; }
 
     /// Elements an array holds; the bytes behind a record are the caller's affair and count as 0.
     static constexpr size_t capacity() {
-        if constexpr (kind == Kind::text || kind == Kind::bytes) {
+        if constexpr (kind() == Kind::text || kind() == Kind::bytes) {
             return sizeof(Type);
         } else {
             return 0;
@@ -217,29 +228,30 @@ struct Row {
     }
 
     /// Whether the field travels only when its governor is not 0.
-    static constexpr bool mayBeAbsent = isGoverned && kind != Kind::selectedUnion;
+    static constexpr bool mayBeAbsent() { return isGoverned() && kind() != Kind::selectedUnion; }
 
-    /// The most a governor of a field that may be absent can be; the caller vouches for the bytes
-    /// behind a record.
-    static constexpr uint64_t largestCount() {
-        if constexpr (kind == Kind::structure) {
-            return 1;
-        } else if constexpr (kind == Kind::trailingBytes) {
-            return Governor::largest;
+    static uint64_t governor(const char* record) { return Governor::get(record); }
+    static void setGovernor(char* record, uint64_t value) { Governor::set(record, value); }
+
+    /// Calls `use` with a value of the integer's type.
+    template <class Use>
+    static int withIntegerType(Use use) {
+        if constexpr (kind() == Kind::integer) {
+            return use(Type{});
         } else {
-            return capacity();
+            return 0;
         }
     }
 
-    static constexpr uint32_t tag(bool varint) { return makeTag(number, wireTypeOf<Type>(varint)); }
+    static constexpr uint32_t tag(bool varint) { return makeTag(Number, wireTypeOf<Type>(varint)); }
 
     /// The most bytes the field takes on the wire, its tag counted at `tagSize` bytes, or at what
     /// it really takes when that is 0. The bytes behind a record are not counted.
     static constexpr size_t largestSize(bool varint, size_t tagSize) {
         const size_t tagBytes = tagSize != 0 ? tagSize : varintSize(tag(varint));
-        if constexpr (kind == Kind::integer) {
+        if constexpr (kind() == Kind::integer) {
             return tagBytes + largestInteger<Type>(varint);
-        } else if constexpr (kind == Kind::structure || kind == Kind::selectedUnion) {
+        } else if constexpr (kind() == Kind::structure || kind() == Kind::selectedUnion) {
             return tagBytes + lengthSize + Fields<Type>::largestBody(varint, tagSize);
         } else {
             return tagBytes + lengthSize + capacity();

@@ -19,15 +19,15 @@ class UncheckedSink {
 
     explicit UncheckedSink(char* to) : at(to) {}
 
-    template <uint32_t Number, class Integer>
-    int integer(Integer value) {
-        at = wire::storeInteger<Number, Varint>(at, value);
+    template <class Field, class Integer>
+    int integer(Field, Integer value) {
+        at = wire::storeInteger<Field::number(), Varint>(at, value);
         return 0;
     }
 
-    template <uint32_t Number>
-    int tagOfDelimited() {
-        using Tag = wire::TagBytes<makeTag(Number, wireDelimited)>;
+    template <class Field>
+    int tagOfDelimited(Field) {
+        using Tag = wire::TagBytes<makeTag(Field::number(), wireDelimited)>;
         Tag::store(at);
         at += Tag::size;
         return 0;
@@ -60,20 +60,23 @@ class CheckedSink {
 
     CheckedSink(BrxWriteBuf& buf, bool varint) : buf_(buf), varint_(varint) {}
 
-    template <uint32_t Number, class Integer>
-    int integer(Integer value) {
-        const uint32_t tag = makeTag(Number, wireTypeOf<Integer>(varint_));
+    template <class Field, class Integer>
+    int integer(const Field& field, Integer value) {
+        const uint32_t tag = makeTag(field.number(), wireTypeOf<Integer>(varint_));
+        if (const int result = buf_.writeVarUInt32(tag); result != 0) {
+            return result;
+        }
         if constexpr (sizeof(Integer) == 1) {
-            return byteField(tag, static_cast<uint8_t>(value));
+            return buf_.writeUInt8(value);
         } else {
-            return varint_ ? varintField(tag, wire::toVarint(value))
-                           : fixedField(tag, static_cast<std::make_unsigned_t<Integer>>(value));
+            return varint_ ? varintValue(wire::toVarint(value))
+                           : fixedValue(static_cast<std::make_unsigned_t<Integer>>(value));
         }
     }
 
-    template <uint32_t Number>
-    int tagOfDelimited() {
-        return buf_.writeVarUInt32(makeTag(Number, wireDelimited));
+    template <class Field>
+    int tagOfDelimited(const Field& field) {
+        return buf_.writeVarUInt32(makeTag(field.number(), wireDelimited));
     }
     /// Deliberate: a hole that does not fit goes unnoticed here; the value is still written, and
     /// writing its length back is what fails.
@@ -92,15 +95,12 @@ class CheckedSink {
     /// Deliberate: as far as it fits, as though written one by one.
     int bytes(const char* from, size_t count);
 
-    BrxWriteBuf& buf() { return buf_; }
-    bool varint() const { return varint_; }
-
   private:
-    int byteField(uint32_t tag, uint8_t value);
-    int varintField(uint32_t tag, uint64_t value);
-    int fixedField(uint32_t tag, uint16_t value);
-    int fixedField(uint32_t tag, uint32_t value);
-    int fixedField(uint32_t tag, uint64_t value);
+    /// One function for all widths: a value takes the same groups whatever its width.
+    int varintValue(uint64_t value) { return buf_.writeVarUInt64(value); }
+    int fixedValue(uint16_t value) { return buf_.writeUInt16(value); }
+    int fixedValue(uint32_t value) { return buf_.writeUInt32(value); }
+    int fixedValue(uint64_t value) { return buf_.writeUInt64(value); }
 
     BrxWriteBuf& buf_;
     const bool varint_;

@@ -2,24 +2,24 @@
 
 namespace quorva_zrp::codec {
 
-int CheckedSource::integer(uint16_t& field) {
-    return varint_ ? buf.readVarUInt16(field) : buf.readUInt16(field);
+int CheckedSource::read(uint16_t& value) {
+    return varint_ ? buf_.readVarUInt16(value) : buf_.readUInt16(value);
 }
 
-int CheckedSource::integer(uint32_t& field) {
-    return varint_ ? buf.readVarUInt32(field) : buf.readUInt32(field);
+int CheckedSource::read(uint32_t& value) {
+    return varint_ ? buf_.readVarUInt32(value) : buf_.readUInt32(value);
 }
 
-int CheckedSource::integer(uint64_t& field) {
-    return varint_ ? buf.readVarUInt64(field) : buf.readUInt64(field);
+int CheckedSource::read(uint64_t& value) {
+    return varint_ ? buf_.readVarUInt64(value) : buf_.readUInt64(value);
 }
 
-int CheckedSource::integer(int32_t& field) {
-    return varint_ ? buf.readVarInt32(field) : buf.readInt32(field);
+int CheckedSource::read(int32_t& value) {
+    return varint_ ? buf_.readVarInt32(value) : buf_.readInt32(value);
 }
 
-int CheckedSource::integer(int64_t& field) {
-    return varint_ ? buf.readVarInt64(field) : buf.readInt64(field);
+int CheckedSource::read(int64_t& value) {
+    return varint_ ? buf_.readVarInt64(value) : buf_.readInt64(value);
 }
 
 int CheckedSource::text(char* to, size_t capacity) {
@@ -30,14 +30,14 @@ int CheckedSource::text(char* to, size_t capacity) {
     if (size >= capacity) {
         return Quorva::BRX_ERR_TEXT_TOO_LONG;
     }
-    if (const int result = buf.readBytes(to, size); result != 0) {
+    if (const int result = buf_.readBytes(to, size); result != 0) {
         return result;
     }
     to[size] = '\0';
     return 0;
 }
 
-int CheckedSource::bytes(uint8_t* to, size_t capacity, size_t& stored) {
+int CheckedSource::bytes(char* to, size_t capacity, size_t& stored) {
     uint32_t size = 0;
     if (const int result = length(size); result != 0) {
         return result;
@@ -46,9 +46,9 @@ int CheckedSource::bytes(uint8_t* to, size_t capacity, size_t& stored) {
         return Quorva::BRX_ERR_ZERO_LENGTH;
     }
     const size_t wanted = size < capacity ? size : capacity;
-    const size_t remaining = buf.length - buf.position;
+    const size_t remaining = buf_.length - buf_.position;
     const size_t there = wanted < remaining ? wanted : remaining;
-    (void)buf.readBytes(to, there);  // cannot fail: it is there
+    (void)buf_.readBytes(to, there);  // cannot fail: it is there
     if (there < wanted) {
         return Quorva::BRX_ERR_NO_DATA;
     }

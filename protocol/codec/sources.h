@@ -44,11 +44,12 @@ class PredictingSource {
         until_ = input.begin + (until < safe ? until : safe);
     }
 
-    /// Steps over the tag of `Row` if it comes next and enough of its value follows to read on.
-    template <class Row>
+    /// Steps over the tag of `Field` if it comes next and enough of its value follows to read on.
+    template <class Field>
     bool acceptTag() {
-        using Tag = wire::TagBytes<Row::tag(Varint)>;
-        if (until_ - at < static_cast<ptrdiff_t>(Tag::size + leastValue<Row>()) || !Tag::isAt(at)) {
+        using Tag = wire::TagBytes<Field::tag(Varint)>;
+        if (until_ - at < static_cast<ptrdiff_t>(Tag::size + leastValue<Field>()) ||
+            !Tag::isAt(at)) {
             return false;
         }
         at += Tag::size;
@@ -65,18 +66,21 @@ class PredictingSource {
         return 0;
     }
 
-    /// Whether enough input follows for the value of `Row`, where its tag came through `tag`.
-    template <class Row>
+    /// Whether enough input follows for the value of `Field`, where its tag came through `tag`.
+    template <class Field>
     bool hasValue() const {
-        return until_ - at >= static_cast<ptrdiff_t>(leastValue<Row>());
+        return until_ - at >= static_cast<ptrdiff_t>(leastValue<Field>());
     }
 
+    /// Reads an integer into the bytes at `to`.
     template <class Integer>
-    int integer(Integer& field) {
-        const char* const end = wire::loadInteger<Varint>(at, field);
+    int integer(char* to) {
+        Integer value = 0;
+        const char* const end = wire::loadInteger<Varint>(at, value);
         if (end == nullptr) {
             return surprise;
         }
+        store(to, value);
         at = end;
         return 0;
     }
@@ -99,7 +103,7 @@ class PredictingSource {
         return 0;
     }
 
-    int bytes(uint8_t* to, size_t capacity, size_t& stored) {
+    int bytes(char* to, size_t capacity, size_t& stored) {
         uint32_t size = 0;
         (void)length(size);
         if (size == 0 || size > capacity || size > remaining()) {
@@ -120,10 +124,10 @@ class PredictingSource {
     const char* at;  ///< the next byte
 
   private:
-    template <class Row>
+    template <class Field>
     static constexpr size_t leastValue() {
-        if constexpr (Row::kind == Kind::integer) {
-            return wire::leastInput<typename Row::type, Varint>;
+        if constexpr (Field::kind() == Kind::integer) {
+            return wire::leastInput<typename Field::type, Varint>;
         } else {
             return lengthSize;
         }
@@ -138,28 +142,22 @@ class PredictingSource {
 class CheckedSource {
   public:
     CheckedSource(const Input& input, size_t from, bool varint)
-        : buf(input.begin, input.length), input_(input), varint_(varint) {
-        buf.position = from;
+        : buf_(input.begin, input.length), input_(input), varint_(varint) {
+        buf_.position = from;
     }
 
-    int tag(uint32_t& tag) { return buf.readVarUInt32(tag); }
+    int tag(uint32_t& tag) { return buf_.readVarUInt32(tag); }
 
-    /// Always: reading the value is what tells.
-    template <class Row>
-    static constexpr bool hasValue() {
-        return true;
+    /// Reads an integer into the bytes at `to`: a varint that fails leaves its groups there.
+    template <class Integer>
+    int integer(char* to) {
+        Integer value = load<Integer>(to);
+        const int result = read(value);
+        store(to, value);
+        return result;
     }
 
-    // Integers are read straight into the field: a varint that fails leaves its groups there.
-    int integer(int8_t& field) { return buf.readInt8(field); }
-    int integer(uint8_t& field) { return buf.readUInt8(field); }
-    int integer(uint16_t& field);
-    int integer(uint32_t& field);
-    int integer(uint64_t& field);
-    int integer(int32_t& field);
-    int integer(int64_t& field);
-
-    int length(uint32_t& value) { return buf.readUInt32(value); }
+    int length(uint32_t& value) { return buf_.readUInt32(value); }
 
     int text(char* to, size_t capacity);
 
@@ -167,20 +165,26 @@ class CheckedSource {
     /// how many there were where the declared length was reached, else 0.
     /// Deliberate: when the length exceeds the capacity the rest stays in the input, where the
     /// structure's loop takes it for tags, and it is no error.
-    int bytes(uint8_t* to, size_t capacity, size_t& stored);
+    int bytes(char* to, size_t capacity, size_t& stored);
 
     int skip(uint32_t wireType) {
-        return Quorva::BrxTLVUtil::skipUnknownFields(buf, static_cast<int>(wireType));
+        return Quorva::BrxTLVUtil::skipUnknownFields(buf_, static_cast<int>(wireType));
     }
 
     const Input& input() const { return input_; }
     bool varint() const { return varint_; }
-    size_t offset() const { return buf.position; }
-    void moveTo(size_t offset) { buf.position = offset; }
-
-    BrxReadBuf buf;
+    size_t offset() const { return buf_.position; }
+    void moveTo(size_t offset) { buf_.position = offset; }
 
   private:
+    int read(uint8_t& value) { return buf_.readUInt8(value); }
+    int read(uint16_t& value);
+    int read(uint32_t& value);
+    int read(uint64_t& value);
+    int read(int32_t& value);
+    int read(int64_t& value);
+
+    BrxReadBuf buf_;
     const Input& input_;
     const bool varint_;
 };

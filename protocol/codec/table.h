@@ -40,7 +40,7 @@ struct RowList {
         decltype(list::rowAt<Index>(list::Indexer<std::index_sequence_for<Row...>, Row...>{}));
 
     static constexpr bool numbersAscend() {
-        constexpr uint32_t numbers[] = {Row::number...};
+        constexpr uint32_t numbers[] = {Row::number()...};
         for (size_t i = 1; i < count; ++i) {
             if (numbers[i - 1] >= numbers[i]) {
                 return false;
@@ -66,7 +66,7 @@ namespace list {
 template <class Message, size_t Index>
 constexpr uint32_t numberAt() {
     if constexpr (Index < Fields<Message>::Rows::count) {
-        return Field<Message, Index>::number;
+        return Field<Message, Index>::number();
     } else {
         return UINT32_MAX - Index;
     }
@@ -175,10 +175,10 @@ constexpr bool rowsFollowRecord() {
     size_t end = 0;
     bool follow = true;
     const auto place = [&]<class R>(R) {
-        if constexpr (R::kind != Kind::trailingBytes) {
+        if constexpr (R::kind() != Kind::trailingBytes) {
             using Type = typename R::type;
-            follow = follow && R::offset == alignUp(end, memberAlignment<Type>());
-            end = R::offset + sizeof(Type);
+            follow = follow && R::offset() == alignUp(end, memberAlignment<Type>());
+            end = R::offset() + sizeof(Type);
         }
     };
     (place(Row{}), ...);
@@ -197,11 +197,13 @@ constexpr bool presenceFollowsRows() {
 /// every member's number.
 template <class Row>
 constexpr bool governorIsWideEnough() {
-    if constexpr (Row::kind == Kind::selectedUnion) {
+    if constexpr (Row::kind() == Kind::selectedUnion) {
         using Members = typename Fields<typename Row::type>::Rows;
-        return Members::template At<Members::count - 1>::number <= Row::Governor::largest;
-    } else if constexpr (Row::isGoverned) {
-        return Row::largestCount() <= Row::Governor::largest;
+        return Members::template At<Members::count - 1>::number() <= Row::Governor::largest;
+    } else if constexpr (Row::isGoverned()) {
+        // Any count of bytes behind a record is the caller's affair.
+        return Row::kind() == Kind::trailingBytes ||
+               largestCount(Row::kind(), Row::capacity()) <= Row::Governor::largest;
     } else {
         return true;
     }
@@ -211,10 +213,10 @@ constexpr bool governorIsWideEnough() {
 /// meet the governor first and check it there.
 template <class Previous, class Row>
 constexpr bool governorComesBefore() {
-    if constexpr (Row::isGoverned) {
-        return Row::Governor::offset >= Previous::offset &&
-               Row::Governor::offset + sizeof(typename Row::Governor::type) <=
-                   Previous::offset + sizeof(typename Previous::type);
+    if constexpr (Row::isGoverned()) {
+        return Row::Governor::offset >= Previous::offset() &&
+               Row::Governor::offset + Row::Governor::size <=
+                   Previous::offset() + sizeof(typename Previous::type);
     } else {
         return true;
     }
@@ -222,7 +224,7 @@ constexpr bool governorComesBefore() {
 
 template <class Rows, size_t... Index>
 constexpr bool governorsComeBefore(std::index_sequence<Index...>) {
-    return !Rows::template At<0>::isGoverned &&
+    return !Rows::template At<0>::isGoverned() &&
            (governorComesBefore<typename Rows::template At<Index>,
                                 typename Rows::template At<Index + 1>>() &&
             ...);
@@ -237,6 +239,8 @@ struct StructureTable {
     using Rows = RowList<Row...>;
     static constexpr size_t maxVarint = MaxVarint;
     static constexpr size_t maxFixed = MaxFixed;
+    /// Whether bytes behind the record belong to it.
+    static constexpr bool hasBytesBehind = ((Row::kind() == Kind::trailingBytes) || ...);
 
     /// The most bytes the fields take; `tagSize` as in Row::largestSize.
     static constexpr size_t largestBody(bool varint, size_t tagSize = 0) {
@@ -277,8 +281,8 @@ struct UnionTable {
 
     static constexpr bool check() {
         static_assert(Rows::numbersAscend(), "selectors ascend, so each names one member");
-        static_assert(((Row::offset == 0) && ...), "members share one storage");
-        static_assert(Rows::template At<0>::number == 0 &&
+        static_assert(((Row::offset() == 0) && ...), "members share one storage");
+        static_assert(Rows::template At<0>::number() == 0 &&
                           std::is_same_v<typename Rows::template At<0>::type, int8_t>,
                       "selector 0 names a placeholder byte");
         static_assert(envelopeSize + largestBody(true, publishedTagSize) == MaxVarint,

@@ -1,0 +1,121 @@
+// Field tables as data, for the parts of the engine that go step by step: one row per field, the
+// rows of all types in one array, nested types by index. No pointers, so that the tables need no
+// relocation and stay in read-only memory.
+#pragma once
+
+#include "protocol/codec/row.h"
+
+namespace quorva_zrp::codec {
+
+// --- Types by index -----------------------------------------------------------------------------
+
+template <class... Message>
+struct TypeList {
+    static constexpr size_t count = sizeof...(Message);
+
+    template <class Wanted>
+    static constexpr uint8_t indexOf() {
+        size_t index = 0;
+        (void)((!std::is_same_v<Message, Wanted> && ++index != 0) && ...);
+        return static_cast<uint8_t>(index);
+    }
+};
+
+/// Every message type; its place here is its index.
+using Catalogue =
+    TypeList<TZRPBase, TVESKRawDHReq, TVESKRawDHRsp, TVESKEncDHInfo, TVESKKey, TZRPKeyReq,
+             TZRPKeyRsp, TVESKIDValue, TVESKAccount, TVESKAuthData, O2AuthData, TZRPAuthReqBody,
+             TZRPAuthRspBody, TZRPAckBody, TZRPAuthRefreshReq, TZRPAuthRefreshNotifyBody, TZRPRelay,
+             TZRPRelayReqBody, SpecifyZoneRouteInfo, SpecifyServerRouteInfo, SpecifyNameRouteInfo,
+             TZRPRouteInfo, TZRPRouteChangeBody, TZRPSynHead, TZRPAckHead, TZRPBingoBody,
+             TZRPDataHead, TZRPWaitBody, TZRPCStopBody, TZRPSStopBody, TZRPExtHead, TZRPBody,
+             TZRPHead, TZRPFrame, TZRPInFrame>;
+
+template <class Message>
+constexpr uint8_t typeIndex = Catalogue::indexOf<Message>();
+
+// --- Fields -------------------------------------------------------------------------------------
+
+/// A row of a table at run time. Its functions are those of Row.
+struct FieldData {
+    uint32_t fieldNumber;
+    uint16_t fieldOffset;
+    uint16_t elements;        ///< capacity of an array
+    uint16_t governorOffset;  ///< where the governor lies in the record
+    uint8_t governorSize;     ///< bytes of the governor, 0 for none
+    uint8_t nestedType;       ///< type index of a nested structure or union
+    Kind fieldKind;
+    uint8_t integerSize;  ///< bytes of an integer
+    bool integerIsSigned;
+
+    uint32_t number() const { return fieldNumber; }
+    size_t offset() const { return fieldOffset; }
+    Kind kind() const { return fieldKind; }
+    size_t capacity() const { return elements; }
+    bool isGoverned() const { return governorSize != 0; }
+    bool mayBeAbsent() const { return isGoverned() && fieldKind != Kind::selectedUnion; }
+
+    uint64_t governor(const char* record) const {
+        const char* const from = record + governorOffset;
+        switch (governorSize) {
+            case 1:
+                return load<uint8_t>(from);
+            case 2:
+                return load<uint16_t>(from);
+            default:
+                return load<uint32_t>(from);
+        }
+    }
+    void setGovernor(char* record, uint64_t value) const {
+        char* const to = record + governorOffset;
+        switch (governorSize) {
+            case 1:
+                return store(to, static_cast<uint8_t>(value));
+            case 2:
+                return store(to, static_cast<uint16_t>(value));
+            default:
+                return store(to, static_cast<uint32_t>(value));
+        }
+    }
+
+    template <class Use>
+    int withIntegerType(Use use) const {
+        switch (integerSize) {
+            case 1:
+                return use(uint8_t{});  // the sign of a byte shows nowhere on the wire
+            case 2:
+                return use(uint16_t{});
+            case 4:
+                return integerIsSigned ? use(int32_t{}) : use(uint32_t{});
+            default:
+                return integerIsSigned ? use(int64_t{}) : use(uint64_t{});
+        }
+    }
+};
+
+/// A type's fields as data.
+struct TableData {
+    uint16_t firstField;
+    uint16_t presenceOffset;  ///< structures only
+    uint8_t fieldCount;
+
+    const FieldData* begin() const;
+    const FieldData* end() const { return begin() + fieldCount; }
+
+    /// The field of this number, or null.
+    const FieldData* find(uint32_t number) const;
+
+    /// The member that this selector names, or null.
+    const FieldData* findMember(long long selector) const {
+        const uint64_t number = static_cast<uint64_t>(selector);
+        return number <= UINT32_MAX ? find(static_cast<uint32_t>(number)) : nullptr;
+    }
+
+    /// The presence bit of a field: bits follow declaration order.
+    uint32_t presenceBit(const FieldData& field) const { return UINT32_C(1) << (&field - begin()); }
+};
+
+/// The table of the type with this index.
+const TableData& tableOf(uint8_t type);
+
+}  // namespace quorva_zrp::codec
