@@ -12,25 +12,17 @@
 
 namespace quorva_zrp::codec {
 
-/// Where a decode ended, as an offset into the input, and its result. Travels in registers.
-struct DecodeStep {
-    size_t offset;
-    int result;
-};
-
 // --- One field ----------------------------------------------------------------------------------
 
-// How the two ways enter a nested value; below and in decode.cpp.
+// How the two ways enter a nested value of `length` bytes; below and in decode.cpp.
 template <class Field, bool Varint>
-DecodeStep decodeStructure(Field field, char* nested, PredictingSource<Varint>& source,
-                           uint64_t length);
+int decodeStructure(Field field, char* nested, PredictingSource<Varint>& source, uint64_t length);
 template <class Field, bool Varint>
-DecodeStep decodeUnion(Field field, char* nested, long long& selector,
-                       PredictingSource<Varint>& source, uint64_t length);
-DecodeStep decodeStructure(const FieldData& field, char* nested, CheckedSource& source,
-                           uint64_t length);
-DecodeStep decodeUnion(const FieldData& field, char* nested, long long& selector,
-                       CheckedSource& source, uint64_t length);
+int decodeUnion(Field field, char* nested, long long& selector, PredictingSource<Varint>& source,
+                uint64_t length);
+int decodeStructure(const FieldData& field, char* nested, CheckedSource& source, uint64_t length);
+int decodeUnion(const FieldData& field, char* nested, long long& selector, CheckedSource& source,
+                uint64_t length);
 
 /// Reads a length and the nested value; a union's selector, or a flag of 1, becomes the governor.
 template <class Field, class Source>
@@ -40,19 +32,18 @@ inline int decodeNested(const Field& field, char* record, Source& source) {
         return result;
     }
     char* const nested = record + field.offset();
-    DecodeStep step{};
     long long governor = 1;
+    int result = 0;
     if (field.kind() == Kind::structure) {
-        step = decodeStructure(field, nested, source, length);
+        result = decodeStructure(field, nested, source, length);
     } else {
         governor = 0;
-        step = decodeUnion(field, nested, governor, source, length);
+        result = decodeUnion(field, nested, governor, source, length);
     }
-    source.moveTo(step.offset);
-    if (step.result == 0 && field.isGoverned()) {
+    if (result == 0 && field.isGoverned()) {
         field.setGovernor(record, static_cast<uint64_t>(governor));
     }
-    return step.result;
+    return result;
 }
 
 /// Reads a byte array; where all of it was stored its count becomes the governor.
@@ -86,27 +77,36 @@ inline int decodeField(const Field& field, char* record, Source& source) {
 
 // --- Any order, as data -------------------------------------------------------------------------
 
-/// Reads fields until `end`; the presence word is set for those read before `from`.
-DecodeStep decodeInAnyOrder(uint8_t type, char* record, const Input& input, size_t from,
-                            uint64_t end, bool varint);
+/// Reads fields until `end` bytes are consumed; presence bits are added to those there are.
+int decodeInAnyOrder(uint8_t type, char* record, CheckedSource& source, uint64_t end);
 
-/// Reads one field of a union and sets `number` to its number.
-DecodeStep decodeMember(uint8_t type, char* value, uint32_t& number, const Input& input,
-                        size_t from, bool varint);
-
-/// The end of a union: `selector` becomes the number of the field read unless something failed.
-inline DecodeStep finishUnion(DecodeStep step, uint64_t end, uint32_t number, long long& selector) {
-    if (step.result == 0) {
-        if (step.offset > end) {
-            step.result = Quorva::BRX_ERR_LENGTH_MISMATCH;
-        } else {
-            selector = number;
-        }
-    }
-    return step;
-}
+/// Reads one field of a union; `selector` becomes its number unless it goes past `end`.
+int decodeMember(uint8_t type, char* value, long long& selector, CheckedSource& source,
+                 uint64_t end);
 
 // --- In order, predicted ------------------------------------------------------------------------
+
+/// Where a decode ended and its result. Small enough to travel in registers.
+struct DecodeStep {
+    const char* at;
+    int result;
+};
+
+/// Leaves the rest to CheckedSource: runs `decode` over the input from `at` on.
+template <class Decode>
+inline DecodeStep decodeChecked(const Input& input, const char* at, bool varint, Decode decode) {
+    BrxReadBuf buf(input.begin, input.size());
+    buf.position = input.offsetOf(at);
+    CheckedSource source(buf, varint);
+    const int result = decode(source);
+    return {input.begin + buf.position, result};
+}
+
+/// The two slow ends of the templates below, compiled once.
+DecodeStep finishStructure(uint8_t type, char* record, const Input& input, const char* at,
+                           uint64_t end, bool varint);
+DecodeStep finishUnion(uint8_t type, char* value, long long& selector, const Input& input,
+                       const char* at, uint64_t end, bool varint);
 
 /// Takes `field` if it comes next. A field that may be absent is passed over when it does not; any
 /// other is a surprise then.
@@ -134,73 +134,109 @@ inline int predictFields(char* record, PredictingSource<Varint>& source, uint32_
     return result;
 }
 
-/// Reads `length` bytes of fields from `from` on. Ends are computed in 64 bits and wrap, so that a
+/// Reads `length` bytes of fields from `at` on. Ends are computed in 64 bits and wrap, so that a
 /// length means the same on every platform.
 template <class Record, bool Varint>
-DecodeStep decode(char* record, const Input& input, size_t from, uint64_t length) {
-    const uint64_t end = from + length;
+DecodeStep decode(char* record, const Input& input, const char* at, uint64_t length) {
+    const uint64_t end = input.offsetOf(at) + length;
     uint32_t seen = 0;
-    if (from <= input.length && length <= input.length - from) {
-        PredictingSource<Varint> source(input, from, static_cast<size_t>(end));
+    if (length <= static_cast<size_t>(input.end - at)) {
+        const char* const until = at + length;
+        PredictingSource<Varint> source(input, at, until);
         const int result = predictFields<Record>(record, source, seen, FieldIndices<Record>{});
-        from = source.offset();
-        if (result < 0 || (result == 0 && from == end)) {
+        at = source.at;
+        if (result < 0 || (result == 0 && at == until)) {
             store(record + offsetof(Record, presence), seen);
-            return {from, result};
+            return {at, result};
         }
     }
     store(record + offsetof(Record, presence), seen);
-    return decodeInAnyOrder(typeIndex<Record>, record, input, from, end, Varint);
+    return finishStructure(typeIndex<Record>, record, input, at, end, Varint);
 }
 
 /// Reads one field, whatever `length` says, and sets `selector` to its number.
 template <class Union, bool Varint>
-DecodeStep decode(char* value, long long& selector, const Input& input, size_t from,
+DecodeStep decode(char* value, long long& selector, const Input& input, const char* at,
                   uint64_t length) {
-    const uint64_t end = from + length;
-    if (from <= input.length) {
-        PredictingSource<Varint> source(input, from, input.length);
-        uint32_t tag = 0;
-        int result = source.tag(tag);
+    const uint64_t end = input.offsetOf(at) + length;
+    PredictingSource<Varint> source(input, at, input.end);
+    uint32_t tag = 0;
+    int result = source.tag(tag);
+    if (result == 0) {
+        result = withField<Union>(
+            Quorva::BrxTLVUtil::getFieldId(tag),
+            [&]<class Member>(Member member) {
+                return source.template hasValue<Member>() ? decodeField(member, value, source)
+                                                          : surprise;
+            },
+            [] { return surprise; });
+    }
+    // Past its end a union has its own result, for which the other way is as good.
+    if (result < 0 || (result == 0 && input.offsetOf(source.at) <= end)) {
         if (result == 0) {
-            result = withField<Union>(
-                Quorva::BrxTLVUtil::getFieldId(tag),
-                [&]<class Member>(Member member) {
-                    return source.template hasValue<Member>() ? decodeField(member, value, source)
-                                                              : surprise;
-                },
-                [] { return surprise; });
+            selector = Quorva::BrxTLVUtil::getFieldId(tag);
         }
-        if (result != surprise) {
-            return finishUnion({source.offset(), result}, end, Quorva::BrxTLVUtil::getFieldId(tag),
-                               selector);
-        }
+        return {source.at, result};
     }
-    uint32_t number = 0;
-    const DecodeStep step = decodeMember(typeIndex<Union>, value, number, input, from, Varint);
-    return finishUnion(step, end, number, selector);
+    return finishUnion(typeIndex<Union>, value, selector, input, at, end, Varint);
 }
 
 template <class Field, bool Varint>
-inline DecodeStep decodeStructure(Field, char* nested, PredictingSource<Varint>& source,
-                                  uint64_t length) {
+inline int decodeStructure(Field, char* nested, PredictingSource<Varint>& source, uint64_t length) {
     if constexpr (Field::kind() == Kind::structure) {
-        return decode<typename Field::type, Varint>(nested, source.input(), source.offset(),
-                                                    length);
+        const DecodeStep step =
+            decode<typename Field::type, Varint>(nested, source.input(), source.at, length);
+        source.at = step.at;
+        return step.result;
     } else {
-        return {};
+        return 0;
     }
 }
 
 template <class Field, bool Varint>
-inline DecodeStep decodeUnion(Field, char* nested, long long& selector,
-                              PredictingSource<Varint>& source, uint64_t length) {
+inline int decodeUnion(Field, char* nested, long long& selector, PredictingSource<Varint>& source,
+                       uint64_t length) {
     if constexpr (Field::kind() == Kind::selectedUnion) {
-        return decode<typename Field::type, Varint>(nested, selector, source.input(),
-                                                    source.offset(), length);
+        const DecodeStep step = decode<typename Field::type, Varint>(
+            nested, selector, source.input(), source.at, length);
+        source.at = step.at;
+        return step.result;
     } else {
-        return {};
+        return 0;
     }
+}
+
+// --- From a buffer ------------------------------------------------------------------------------
+
+/// Reads `length` bytes of fields from the position of `buf` on.
+template <class Record, bool Varint>
+inline int decodeFrom(Record& object, BrxReadBuf& buf, uint64_t length) {
+    if (buf.position > buf.length) {
+        // A broken buffer: the first read reports it.
+        CheckedSource source(buf, Varint);
+        object.presence = 0;
+        return decodeInAnyOrder(typeIndex<Record>, bytesOf(object), source, buf.position + length);
+    }
+    const Input input(buf.beginPtr, buf.length);
+    const DecodeStep step =
+        decode<Record, Varint>(bytesOf(object), input, buf.beginPtr + buf.position, length);
+    buf.position = input.offsetOf(step.at);
+    return step.result;
+}
+
+/// Reads one field of a union from the position of `buf` on.
+template <class Union, bool Varint>
+inline int decodeFrom(Union& object, long long& selector, BrxReadBuf& buf, uint64_t length) {
+    if (buf.position > buf.length) {
+        CheckedSource source(buf, Varint);
+        return decodeMember(typeIndex<Union>, bytesOf(object), selector, source,
+                            buf.position + length);
+    }
+    const Input input(buf.beginPtr, buf.length);
+    const DecodeStep step = decode<Union, Varint>(bytesOf(object), selector, input,
+                                                  buf.beginPtr + buf.position, length);
+    buf.position = input.offsetOf(step.at);
+    return step.result;
 }
 
 }  // namespace quorva_zrp::codec

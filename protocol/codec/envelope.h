@@ -51,17 +51,8 @@ inline int unpack(const char* buffer, size_t size, size_t* usedSize, Decode deco
     const Input input(buffer, size);
     const DecodeStep step = decode(input, envelope);
     if (usedSize != nullptr) {
-        *usedSize = step.offset;
+        *usedSize = input.offsetOf(step.at);
     }
-    return step.result;
-}
-
-/// Decodes from the position of `buf` and moves it.
-template <class Decode>
-inline int unpackFields(BrxReadBuf& buf, Decode decode) {
-    const Input input(buf.beginPtr, buf.length);
-    const DecodeStep step = decode(input, buf.position);
-    buf.position = step.offset;
     return step.result;
 }
 

@@ -10,9 +10,51 @@
 
 namespace quorva_zrp::codec {
 
+// --- Encoding and decoding with an envelope -----------------------------------------------------
+
+template <class Record>
+inline int packMessage(const Record& record, char* buffer, size_t size, size_t* usedSize,
+                       bool varint) {
+    return pack(buffer, size, usedSize, varint, [&](BrxWriteBuf& buf) {
+        return varint ? encode<true>(record, buf) : encode<false>(record, buf);
+    });
+}
+
+template <class Union>
+inline int packMessage(const Union& value, long long selector, char* buffer, size_t size,
+                       size_t* usedSize, bool varint) {
+    return pack(buffer, size, usedSize, varint, [&](BrxWriteBuf& buf) {
+        return varint ? encode<true>(value, selector, buf) : encode<false>(value, selector, buf);
+    });
+}
+
+template <class Record>
+inline int unpackMessage(Record& record, const char* buffer, size_t size, size_t* usedSize) {
+    return unpack(buffer, size, usedSize, [&](const Input& input, const Envelope& envelope) {
+        char* const to = bytesOf(record);
+        const char* const from = buffer + envelopeSize;
+        return envelope.varint ? decode<Record, true>(to, input, from, envelope.bodyLength)
+                               : decode<Record, false>(to, input, from, envelope.bodyLength);
+    });
+}
+
+template <class Union>
+inline int unpackMessage(Union& value, long long& selector, const char* buffer, size_t size,
+                         size_t* usedSize) {
+    return unpack(buffer, size, usedSize, [&](const Input& input, const Envelope& envelope) {
+        char* const to = bytesOf(value);
+        const char* const from = buffer + envelopeSize;
+        return envelope.varint
+                   ? decode<Union, true>(to, selector, input, from, envelope.bodyLength)
+                   : decode<Union, false>(to, selector, input, from, envelope.bodyLength);
+    });
+}
+
+// --- The rest -----------------------------------------------------------------------------------
+
 /// The operation behind `getTLVMaxPackedSize`.
 template <class Message>
-int largestSize(size_t* size, bool varint) {
+inline int largestSize(size_t* size, bool varint) {
     if (size == nullptr) {
         return Quorva::BRX_ERR_NULL_ARG;
     }
@@ -29,94 +71,94 @@ inline char* emptyList(char* buffer, size_t size) {
     return buffer;
 }
 
-/// Runs `print` over a buffer around `text` and stores how many bytes it wrote, also on failure.
-template <class Print>
-int printInto(char* text, size_t size, size_t* used, Print print) {
+/// Runs `visualize` over a buffer around `text` and stores how many bytes it wrote, also on
+/// failure.
+template <class Visualize>
+inline int visualizeInto(char* text, size_t size, size_t* used, Visualize visualize) {
     if (text == nullptr) {
         return Quorva::BRX_ERR_NULL_ARG;
     }
-    Quorva::BrxWriteBuf buf(text, size);
-    const int result = print(buf);
+    BrxWriteBuf buf(text, size);
+    const int result = visualize(buf);
     if (used != nullptr) {
         *used = buf.getUsedSize();
     }
     return result;
 }
 
+/// Prints `record` for a log call: whatever fitted, as a text.
+template <class Record>
+inline const char* visualizeText(const Record& record, BrxWriteBuf& buf, int indent,
+                                 char separator) {
+    if (buf.getBeginPtr() != nullptr && buf.getTotalSize() != 0) {
+        (void)record.visualize(buf, indent, separator);  // a text cut short is still a text
+    }
+    return endText(buf);
+}
+
+template <class Record>
+inline const char* visualizeText(const Record& record, char* text, size_t size, size_t* used,
+                                 int indent, char separator) {
+    if (text == nullptr || size == 0) {
+        return "";
+    }
+    BrxWriteBuf buf(text, size);
+    (void)visualizeText(record, buf, indent, separator);
+    if (used != nullptr) {
+        *used = buf.getUsedSize();
+    }
+    return text;
+}
+
 }  // namespace quorva_zrp::codec
 
 /// Defines every operation of structure `Type`.
-#define ZRP_DEFINE_STRUCTURE(Type)                                                                 \
-    int Type::construct() {                                                                        \
-        codec::construct<Type>(codec::bytesOf(*this));                                             \
-        return 0;                                                                                  \
-    }                                                                                              \
-    int Type::packTLV(char* buffer, size_t size, size_t* usedSize, bool varint) const {            \
-        return codec::pack(buffer, size, usedSize, varint, [&](Quorva::BrxWriteBuf& buf) {         \
-            return varint ? codec::encode<true>(*this, buf) : codec::encode<false>(*this, buf);    \
-        });                                                                                        \
-    }                                                                                              \
-    int Type::packTLVWithVarint(Quorva::BrxWriteBuf& buf) const {                                  \
-        return codec::encode<true>(*this, buf);                                                    \
-    }                                                                                              \
-    int Type::packTLVNoVarint(Quorva::BrxWriteBuf& buf) const {                                    \
-        return codec::encode<false>(*this, buf);                                                   \
-    }                                                                                              \
-    int Type::unpackTLV(const char* buffer, size_t size, size_t* usedSize) {                       \
-        return codec::unpack(                                                                      \
-            buffer, size, usedSize,                                                                \
-            [this](const codec::Input& input, const codec::Envelope& envelope) {                   \
-                const size_t from = codec::envelopeSize;                                           \
-                char* const record = codec::bytesOf(*this);                                        \
-                return envelope.varint                                                             \
-                           ? codec::decode<Type, true>(record, input, from, envelope.bodyLength)   \
-                           : codec::decode<Type, false>(record, input, from, envelope.bodyLength); \
-            });                                                                                    \
-    }                                                                                              \
-    int Type::unpackTLVWithVarint(Quorva::BrxReadBuf& buf, size_t length) {                        \
-        return codec::unpackFields(buf, [&](const codec::Input& input, size_t from) {              \
-            return codec::decode<Type, true>(codec::bytesOf(*this), input, from, length);          \
-        });                                                                                        \
-    }                                                                                              \
-    int Type::unpackTLVNoVarint(Quorva::BrxReadBuf& buf, size_t length) {                          \
-        return codec::unpackFields(buf, [&](const codec::Input& input, size_t from) {              \
-            return codec::decode<Type, false>(codec::bytesOf(*this), input, from, length);         \
-        });                                                                                        \
-    }                                                                                              \
-    int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                               \
-        return codec::largestSize<Type>(size, varint);                                             \
-    }                                                                                              \
-    int Type::requiredFieldNum() const {                                                           \
-        return 0;                                                                                  \
-    }                                                                                              \
-    char* Type::getLastLostRequiredFields(char* buffer, size_t size) const {                       \
-        return codec::emptyList(buffer, size);                                                     \
-    }                                                                                              \
-    int Type::visualize(Quorva::BrxWriteBuf& buf, int indent, char separator) const {              \
-        return codec::print<Type>(codec::bytesOf(*this), codec::Page{buf, indent, separator});     \
-    }                                                                                              \
-    int Type::visualize(char* buf, size_t size, size_t* used, int indent, char separator) const {  \
-        return codec::printInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {                  \
-            return visualize(page, indent, separator);                                             \
-        });                                                                                        \
-    }                                                                                              \
-    const char* Type::visualize_ex(Quorva::BrxWriteBuf& buf, int indent, char separator) const {   \
-        if (buf.getBeginPtr() != nullptr && buf.getTotalSize() != 0) {                             \
-            (void)visualize(buf, indent, separator); /* a text cut short is still a text */        \
-        }                                                                                          \
-        return codec::endText(buf);                                                                \
-    }                                                                                              \
-    const char* Type::visualize_ex(char* buf, size_t size, size_t* used, int indent,               \
-                                   char separator) const {                                         \
-        if (buf == nullptr || size == 0) {                                                         \
-            return "";                                                                             \
-        }                                                                                          \
-        Quorva::BrxWriteBuf page(buf, size);                                                       \
-        const char* const text = visualize_ex(page, indent, separator);                            \
-        if (used != nullptr) {                                                                     \
-            *used = page.getUsedSize();                                                            \
-        }                                                                                          \
-        return text;                                                                               \
+#define ZRP_DEFINE_STRUCTURE(Type)                                                                \
+    int Type::construct() {                                                                       \
+        codec::construct<Type>(codec::bytesOf(*this));                                            \
+        return 0;                                                                                 \
+    }                                                                                             \
+    int Type::packTLV(char* buffer, size_t size, size_t* usedSize, bool varint) const {           \
+        return codec::packMessage(*this, buffer, size, usedSize, varint);                         \
+    }                                                                                             \
+    int Type::packTLVWithVarint(Quorva::BrxWriteBuf& buf) const {                                 \
+        return codec::encode<true>(*this, buf);                                                   \
+    }                                                                                             \
+    int Type::packTLVNoVarint(Quorva::BrxWriteBuf& buf) const {                                   \
+        return codec::encode<false>(*this, buf);                                                  \
+    }                                                                                             \
+    int Type::unpackTLV(const char* buffer, size_t size, size_t* usedSize) {                      \
+        return codec::unpackMessage(*this, buffer, size, usedSize);                               \
+    }                                                                                             \
+    int Type::unpackTLVWithVarint(Quorva::BrxReadBuf& buf, size_t length) {                       \
+        return codec::decodeFrom<Type, true>(*this, buf, length);                                 \
+    }                                                                                             \
+    int Type::unpackTLVNoVarint(Quorva::BrxReadBuf& buf, size_t length) {                         \
+        return codec::decodeFrom<Type, false>(*this, buf, length);                                \
+    }                                                                                             \
+    int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                              \
+        return codec::largestSize<Type>(size, varint);                                            \
+    }                                                                                             \
+    int Type::requiredFieldNum() const {                                                          \
+        return 0;                                                                                 \
+    }                                                                                             \
+    char* Type::getLastLostRequiredFields(char* buffer, size_t size) const {                      \
+        return codec::emptyList(buffer, size);                                                    \
+    }                                                                                             \
+    int Type::visualize(Quorva::BrxWriteBuf& buf, int indent, char separator) const {             \
+        return codec::print<Type>(codec::bytesOf(*this), {buf, indent, separator});               \
+    }                                                                                             \
+    int Type::visualize(char* buf, size_t size, size_t* used, int indent, char separator) const { \
+        return codec::visualizeInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {             \
+            return visualize(page, indent, separator);                                            \
+        });                                                                                       \
+    }                                                                                             \
+    const char* Type::visualize_ex(Quorva::BrxWriteBuf& buf, int indent, char separator) const {  \
+        return codec::visualizeText(*this, buf, indent, separator);                               \
+    }                                                                                             \
+    const char* Type::visualize_ex(char* buf, size_t size, size_t* used, int indent,              \
+                                   char separator) const {                                        \
+        return codec::visualizeText(*this, buf, size, used, indent, separator);                   \
     }
 
 /// Defines every operation of union `Type`.
@@ -131,10 +173,7 @@ int printInto(char* text, size_t size, size_t* used, Print print) {
     }                                                                                             \
     int Type::packTLV(long long selector, char* buffer, size_t size, size_t* usedSize,            \
                       bool varint) const {                                                        \
-        return codec::pack(buffer, size, usedSize, varint, [&](Quorva::BrxWriteBuf& buf) {        \
-            return varint ? codec::encode<true>(*this, selector, buf)                             \
-                          : codec::encode<false>(*this, selector, buf);                           \
-        });                                                                                       \
+        return codec::packMessage(*this, selector, buffer, size, usedSize, varint);               \
     }                                                                                             \
     int Type::packTLVWithVarint(long long selector, Quorva::BrxWriteBuf& buf) const {             \
         return codec::encode<true>(*this, selector, buf);                                         \
@@ -143,40 +182,24 @@ int printInto(char* text, size_t size, size_t* used, Print print) {
         return codec::encode<false>(*this, selector, buf);                                        \
     }                                                                                             \
     int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) { \
-        return codec::unpack(                                                                     \
-            buffer, size, usedSize,                                                               \
-            [&](const codec::Input& input, const codec::Envelope& envelope) {                     \
-                const size_t from = codec::envelopeSize;                                          \
-                char* const value = codec::bytesOf(*this);                                        \
-                return envelope.varint ? codec::decode<Type, true>(value, selector, input, from,  \
-                                                                   envelope.bodyLength)           \
-                                       : codec::decode<Type, false>(value, selector, input, from, \
-                                                                    envelope.bodyLength);         \
-            });                                                                                   \
+        return codec::unpackMessage(*this, selector, buffer, size, usedSize);                     \
     }                                                                                             \
     int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {  \
-        return codec::unpackFields(buf, [&](const codec::Input& input, size_t from) {             \
-            return codec::decode<Type, true>(codec::bytesOf(*this), selector, input, from,        \
-                                             length);                                             \
-        });                                                                                       \
+        return codec::decodeFrom<Type, true>(*this, selector, buf, length);                       \
     }                                                                                             \
     int Type::unpackTLVNoVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {    \
-        return codec::unpackFields(buf, [&](const codec::Input& input, size_t from) {             \
-            return codec::decode<Type, false>(codec::bytesOf(*this), selector, input, from,       \
-                                              length);                                            \
-        });                                                                                       \
+        return codec::decodeFrom<Type, false>(*this, selector, buf, length);                      \
     }                                                                                             \
     int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                              \
         return codec::largestSize<Type>(size, varint);                                            \
     }                                                                                             \
     int Type::visualize(long long selector, Quorva::BrxWriteBuf& buf, int indent, char separator) \
         const {                                                                                   \
-        return codec::print<Type>(codec::bytesOf(*this), selector,                                \
-                                  codec::Page{buf, indent, separator});                           \
+        return codec::print<Type>(codec::bytesOf(*this), selector, {buf, indent, separator});     \
     }                                                                                             \
     int Type::visualize(long long selector, char* buf, size_t size, size_t* used, int indent,     \
                         char separator) const {                                                   \
-        return codec::printInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {                 \
+        return codec::visualizeInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {             \
             return visualize(selector, page, indent, separator);                                  \
         });                                                                                       \
     }

@@ -168,9 +168,9 @@ struct DefaultText {
 namespace attribute {
 
 template <class Attribute>
-constexpr bool isGovernor = false;
+inline constexpr bool isGovernor = false;
 template <size_t Offset, class Integer>
-constexpr bool isGovernor<GovernedBy<Offset, Integer>> = true;
+inline constexpr bool isGovernor<GovernedBy<Offset, Integer>> = true;
 
 /// The governor among the attributes of a row, or Ungoverned.
 template <class... Attributes>

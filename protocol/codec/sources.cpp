@@ -2,6 +2,33 @@
 
 namespace quorva_zrp::codec {
 
+// --- Delimited values that are expected ---------------------------------------------------------
+
+const char* takeText(const char* from, const char* inputEnd, char* to, size_t capacity) {
+    uint32_t size = 0;
+    Quorva::brx_detail::loadBigEndian(from, size);
+    from += lengthSize;
+    if (size >= capacity || size > static_cast<size_t>(inputEnd - from)) {
+        return nullptr;
+    }
+    memcpy(to, from, size);
+    to[size] = '\0';
+    return from + size;
+}
+
+const char* takeBytes(const char* from, const char* inputEnd, char* to, size_t capacity) {
+    uint32_t size = 0;
+    Quorva::brx_detail::loadBigEndian(from, size);
+    from += lengthSize;
+    if (size == 0 || size > capacity || size > static_cast<size_t>(inputEnd - from)) {
+        return nullptr;
+    }
+    memcpy(to, from, size);
+    return from + size;
+}
+
+// --- CheckedSource ------------------------------------------------------------------------------
+
 int CheckedSource::read(uint16_t& value) {
     return varint_ ? buf_.readVarUInt16(value) : buf_.readUInt16(value);
 }

@@ -19,29 +19,40 @@ constexpr int surprise = 1;
 /// The bytes being decoded.
 struct Input {
     const char* begin;
-    size_t length;
-    /// A varint that begins before this offset has its end inside the input, or 10 bytes of input,
+    const char* end;
+    /// A varint that begins before this point has its end inside the input, or 10 bytes of input,
     /// which no varint of an encoder exceeds: its bytes need no bounds checks of their own.
-    size_t varintsBefore;
+    const char* varintsBefore;
 
-    Input(const char* from, size_t size) : begin(from), length(size), varintsBefore(size) {
-        constexpr size_t longest = largestInteger<uint64_t>(true);
-        while (varintsBefore != 0 && size - varintsBefore < longest - 1 &&
-               Quorva::brx_detail::byteAt(from, varintsBefore - 1) >= 0x80) {
+    Input(const char* from, size_t size) : begin(from), end(from + size), varintsBefore(end) {
+        constexpr ptrdiff_t longest = largestInteger<uint64_t>(true);
+        while (varintsBefore != begin && end - varintsBefore < longest - 1 &&
+               Quorva::brx_detail::byteAt(varintsBefore - 1, 0) >= 0x80) {
             --varintsBefore;
         }
     }
+
+    size_t size() const { return static_cast<size_t>(end - begin); }
+    size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
 };
+
+// Delimited values, where the 4 bytes of their length are known to be there: each returns where the
+// value ends, or null, having touched nothing, where CheckedSource has to look at it. Out of line,
+// since the copy outweighs the call.
+
+const char* takeText(const char* from, const char* inputEnd, char* to, size_t capacity);
+const char* takeBytes(const char* from, const char* inputEnd, char* to, size_t capacity);
 
 template <bool Varint>
 class PredictingSource {
   public:
-    /// Reads from `from` on. Fields in order are taken only before `until`, at most the length of
-    /// the input.
-    PredictingSource(const Input& input, size_t from, size_t until)
-        : at(input.begin + from), input_(input) {
-        const size_t safe = Varint ? input.varintsBefore : input.length;
-        until_ = input.begin + (until < safe ? until : safe);
+    /// Reads from `from` on. Fields in order are taken only before `until`, at most the end of the
+    /// input.
+    PredictingSource(const Input& input, const char* from, const char* until)
+        : at(from), input_(input), until_(until) {
+        if (Varint && input.varintsBefore < until) {
+            until_ = input.varintsBefore;
+        }
     }
 
     /// Steps over the tag of `Field` if it comes next and enough of its value follows to read on.
@@ -57,13 +68,7 @@ class PredictingSource {
     }
 
     int tag(uint32_t& tag) {
-        const char* const end =
-            offset() < input_.varintsBefore ? wire::loadVarint<32>(at, tag) : nullptr;
-        if (end == nullptr) {
-            return surprise;
-        }
-        at = end;
-        return 0;
+        return moveTo(at < input_.varintsBefore ? wire::loadVarint<32>(at, tag) : nullptr);
     }
 
     /// Whether enough input follows for the value of `Field`, where its tag came through `tag`.
@@ -77,12 +82,10 @@ class PredictingSource {
     int integer(char* to) {
         Integer value = 0;
         const char* const end = wire::loadInteger<Varint>(at, value);
-        if (end == nullptr) {
-            return surprise;
+        if (end != nullptr) {
+            store(to, value);
         }
-        store(to, value);
-        at = end;
-        return 0;
+        return moveTo(end);
     }
 
     int length(uint32_t& value) {
@@ -91,35 +94,16 @@ class PredictingSource {
         return 0;
     }
 
-    int text(char* to, size_t capacity) {
-        uint32_t size = 0;
-        (void)length(size);
-        if (size >= capacity || size > remaining()) {
-            return surprise;
-        }
-        memcpy(to, at, size);
-        to[size] = '\0';
-        at += size;
-        return 0;
-    }
+    int text(char* to, size_t capacity) { return moveTo(takeText(at, input_.end, to, capacity)); }
 
     int bytes(char* to, size_t capacity, size_t& stored) {
-        uint32_t size = 0;
-        (void)length(size);
-        if (size == 0 || size > capacity || size > remaining()) {
-            return surprise;
-        }
-        memcpy(to, at, size);
-        at += size;
-        stored = size;
-        return 0;
+        const char* const start = at + lengthSize;
+        const int result = moveTo(takeBytes(at, input_.end, to, capacity));
+        stored = result == 0 ? static_cast<size_t>(at - start) : 0;
+        return result;
     }
 
-    int skip(uint32_t /*wireType*/) { return surprise; }
-
     const Input& input() const { return input_; }
-    size_t offset() const { return static_cast<size_t>(at - input_.begin); }
-    void moveTo(size_t offset) { at = input_.begin + offset; }
 
     const char* at;  ///< the next byte
 
@@ -133,7 +117,13 @@ class PredictingSource {
         }
     }
 
-    size_t remaining() const { return input_.length - offset(); }
+    int moveTo(const char* end) {
+        if (end == nullptr) {
+            return surprise;
+        }
+        at = end;
+        return 0;
+    }
 
     const Input& input_;
     const char* until_;
@@ -141,10 +131,8 @@ class PredictingSource {
 
 class CheckedSource {
   public:
-    CheckedSource(const Input& input, size_t from, bool varint)
-        : buf_(input.begin, input.length), input_(input), varint_(varint) {
-        buf_.position = from;
-    }
+    /// Reads `buf` from its position on.
+    CheckedSource(BrxReadBuf& buf, bool varint) : buf_(buf), varint_(varint) {}
 
     int tag(uint32_t& tag) { return buf_.readVarUInt32(tag); }
 
@@ -171,10 +159,8 @@ class CheckedSource {
         return Quorva::BrxTLVUtil::skipUnknownFields(buf_, static_cast<int>(wireType));
     }
 
-    const Input& input() const { return input_; }
-    bool varint() const { return varint_; }
-    size_t offset() const { return buf_.position; }
-    void moveTo(size_t offset) { buf_.position = offset; }
+    /// Bytes consumed so far, as a number of the same width on every platform.
+    uint64_t consumed() const { return buf_.position; }
 
   private:
     int read(uint8_t& value) { return buf_.readUInt8(value); }
@@ -184,8 +170,7 @@ class CheckedSource {
     int read(int32_t& value);
     int read(int64_t& value);
 
-    BrxReadBuf buf_;
-    const Input& input_;
+    BrxReadBuf& buf_;
     const bool varint_;
 };
 
