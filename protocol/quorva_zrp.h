@@ -2,10 +2,18 @@
 /// Every message of the connection protocol between a game client and an access server: 29
 /// structures and 6 unions, with their constants. This is the only header a user needs.
 ///
-/// A message is a plain record: standard layout, trivially copyable, everything inline. Zero it or
-/// run `construct()` on it before first use. On the wire each field travels as a tag (its number
-/// and wire type) and a value; two flavours of the stream exist, told apart by their first byte:
-/// with varints (0xAA) and with fixed-width integers (0x99). Decoders accept both.
+/// A message is a plain record: standard layout, trivially copyable, everything inline. A sender
+/// runs `construct()` on it, and on each union for its selector, before first use. A receiver
+/// zeroes it as well (`TZRPInFrame frame = TZRPInFrame();`), since decoding constructs nothing: a
+/// member that a peer selects but leaves half empty keeps what the memory held. On the wire each
+/// field travels as a tag (its number and wire type) and a value; two flavours of the stream exist,
+/// told apart by their first byte: with varints (0xAA) and with fixed-width integers (0x99).
+/// Decoders accept both.
+///
+/// What was decoded is a peer's word. A count may exceed its array, a selector may name a member
+/// that did not arrive (fields come in any order) or none at all, and the head and the body of a
+/// frame may have been sent for different commands; encoders and printers refuse what they cannot
+/// handle.
 ///
 /// Results are 0 or one of the negative `Quorva::BRX_ERR_...` codes of BrxBuf.h. Nothing throws,
 /// allocates, does input or output, or keeps state; calls on different objects may run on different
@@ -77,7 +85,7 @@ constexpr size_t ZRP_CAP_SERVICE_NAME = 128;  ///< service names
 // --- Largest encodings --------------------------------------------------------------------------
 // What `getTLVMaxPackedSize` reports, in bytes, envelope included, as constant expressions:
 //     char out[TZRPInFrame_MAX_VARINT];
-// TZRPFrame counts no body bytes: add 9 + dwBodyLen to its sizes when it carries a body.
+// TZRPFrame counts no body bytes: add dwBodyLen to its sizes when it carries a body.
 
 // clang-format off
 #define ZRP_LARGEST(Type, varint, fixed)           \
@@ -137,10 +145,10 @@ ZRP_LARGEST(TZRPInFrame,                 3893,  3865);
 ///   word plays no part.
 /// - `unpackTLV` decodes the envelope at `buffer` and stores in `*usedSize` (may be null) the bytes
 ///   consumed. Bytes after the declared length are ignored. Fields may come in any order, repeated
-///   (the last wins) or not at all (they keep what they held: `construct()` first); unknown fields
-///   are stepped over. BRX_ERR_NULL_ARG, _NO_DATA, _BAD_MAGIC (these, met on the envelope, touch
-///   neither the object nor `*usedSize`), _TEXT_TOO_LONG, _LENGTH_MISMATCH, _BAD_TYPE_ID,
-///   _ZERO_LENGTH. After a failure the fields read so far, and their presence bits, stay.
+///   (the last wins) or not at all (they keep what they held); unknown fields are stepped over.
+///   BRX_ERR_NULL_ARG, _NO_DATA, _BAD_MAGIC (these, met on the envelope, touch neither the object
+///   nor `*usedSize`), _TEXT_TOO_LONG, _LENGTH_MISMATCH, _BAD_TYPE_ID, _ZERO_LENGTH. After a
+///   failure the fields read so far, and their presence bits, stay.
 /// - `packTLVWithVarint`, `packTLVNoVarint` and `unpackTLVWithVarint`, `unpackTLVNoVarint` do the
 ///   same for the fields alone, without envelope, from the buffer's position on; the decoders read
 ///   until `length` bytes are consumed.

@@ -6,9 +6,9 @@
 //     [szStartServiceName] "lobby"
 //     [szIdentity] 2: 0x1f 0x00
 //
-// Four blanks a level, none for a negative indent. Texts are quoted and control characters in them
-// escaped, so that no peer can put line breaks or terminal sequences into a log. An entry that does
-// not fit leaves the buffer as it was before it.
+// Four blanks a level, none for a negative indent. Texts are quoted; what is not printable UTF-8 in
+// them is escaped, so that no peer can put line breaks or terminal sequences into a log. An entry
+// that does not fit leaves the buffer as it was before it.
 
 #include "Common/Source/Core/BRX/BrxBufUtil.h"
 
@@ -89,24 +89,48 @@ class Entry {
     int32_t result_ = 0;
 };
 
-bool isPlain(char character) {
-    const uint8_t code = static_cast<uint8_t>(character);
-    return code >= 0x20 && code != 0x7F && character != '"' && character != '\\';
+uint8_t byteAt(const char* text, size_t index) {
+    return static_cast<uint8_t>(text[index]);
+}
+
+/// Bytes of the printable character at `text`, 0 where there is none: controls (those of 0x80 to
+/// 0x9F as well), quotes and backslashes, and whatever is not well-formed UTF-8.
+size_t printableSize(const char* text) {
+    const uint8_t first = byteAt(text, 0);
+    if (first < 0x80) {
+        return first >= 0x20 && first != 0x7F && first != '"' && first != '\\' ? 1 : 0;
+    }
+    const size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    uint32_t character = first & (0x7Fu >> size);
+    for (size_t i = 1; i < size; ++i) {
+        if ((byteAt(text, i) & 0xC0) != 0x80) {  // a NUL ends here too
+            return 0;
+        }
+        character = character << 6 | (byteAt(text, i) & 0x3F);
+    }
+    // The least of each size that is not better written shorter, and no control, surrogate or
+    // character past the last one.
+    const uint32_t least[] = {0xA0, 0x800, 0x10000};
+    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+    return first >= 0xC2 && first <= 0xF4 && character >= least[size - 2] &&
+                   character <= 0x10FFFF && !isSurrogate
+               ? size
+               : 0;
 }
 
 void Entry::writeQuoted(const char* text) {
     write("\"", 1);
     while (*text != '\0') {
         size_t plain = 0;
-        while (isPlain(text[plain])) {
-            ++plain;
+        while (const size_t size = printableSize(text + plain)) {
+            plain += size;
         }
         write(text, plain);
         text += plain;
         if (*text == '"' || *text == '\\') {
             format("\\%c", *text++);
         } else if (*text != '\0') {
-            format("\\x%02x", static_cast<unsigned>(static_cast<uint8_t>(*text++)));
+            format("\\x%02x", static_cast<unsigned>(byteAt(text++, 0)));
         }
     }
     write("\"", 1);

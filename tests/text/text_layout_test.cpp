@@ -99,8 +99,24 @@ TEST(TextLayout, ATextCannotForgeLinesOrQuotes) {
     EXPECT_EQ(printedText("say \"hi\" \\"), "[szText] \"say \\\"hi\\\" \\\\\"\n");
 }
 
-TEST(TextLayout, ATextKeepsBytesAboveAscii) {
-    EXPECT_EQ(printedText("\xe4\xbd\xa0"), "[szText] \"\xe4\xbd\xa0\"\n");
+TEST(TextLayout, ATextKeepsWellFormedUtf8) {
+    const char* const texts[] = {"\xc2\xa0",         "\xdf\xbf",        "\xe0\xa0\x80",
+                                 "\xe4\xbd\xa0",     "\xed\x9f\xbf",    "\xee\x80\x80",
+                                 "\xf0\x90\x80\x80", "\xf4\x8f\xbf\xbf"};
+    for (const char* const text : texts) {
+        EXPECT_EQ(printedText(text), std::string("[szText] \"") + text + "\"\n");
+    }
+}
+
+TEST(TextLayout, ATextCannotSmuggleControlsAsUtf8) {
+    EXPECT_EQ(printedText("\xc2\x9b"), "[szText] \"\\xc2\\x9b\"\n");           // U+009B
+    EXPECT_EQ(printedText("\x9b"), "[szText] \"\\x9b\"\n");                    // bare
+    EXPECT_EQ(printedText("\xc0\x8a"), "[szText] \"\\xc0\\x8a\"\n");           // overlong
+    EXPECT_EQ(printedText("\xe0\x9f\xbf"), "[szText] \"\\xe0\\x9f\\xbf\"\n");  // overlong
+    EXPECT_EQ(printedText("\xed\xa0\x80"), "[szText] \"\\xed\\xa0\\x80\"\n");  // surrogate
+    EXPECT_EQ(printedText("\xf4\x90\x80\x80"), "[szText] \"\\xf4\\x90\\x80\\x80\"\n");
+    EXPECT_EQ(printedText("\xff"), "[szText] \"\\xff\"\n");
+    EXPECT_EQ(printedText("\xe4\xbd"), "[szText] \"\\xe4\\xbd\"\n");  // cut short
 }
 
 TEST(TextLayout, AMessagePrintsOneEntryALineAndNestedContentDeeper) {
