@@ -26,7 +26,7 @@ int decodeUnion(const FieldData& field, char* nested, long long& selector, Check
 
 /// Reads a length and the nested value; a union's selector, or a flag of 1, becomes the governor.
 template <class Field, class Source>
-inline int decodeNested(const Field& field, char* record, Source& source) {
+ZRP_INLINE int decodeNested(const Field& field, char* record, Source& source) {
     uint32_t length = 0;
     if (const int result = source.length(length); result != 0) {
         return result;
@@ -48,7 +48,7 @@ inline int decodeNested(const Field& field, char* record, Source& source) {
 
 /// Reads a byte array; where all of it was stored its count becomes the governor.
 template <class Field, class Source>
-inline int decodeBytes(const Field& field, char* record, Source& source) {
+ZRP_INLINE int decodeBytes(const Field& field, char* record, Source& source) {
     size_t stored = 0;
     const int result = source.bytes(record + field.offset(), field.capacity(), stored);
     if (stored != 0 && field.isGoverned()) {
@@ -59,10 +59,10 @@ inline int decodeBytes(const Field& field, char* record, Source& source) {
 
 /// Reads the value of a field whose tag has been read.
 template <class Field, class Source>
-inline int decodeField(const Field& field, char* record, Source& source) {
+ZRP_INLINE int decodeField(const Field& field, char* record, Source& source) {
     switch (field.kind()) {
         case Kind::integer:
-            return field.withIntegerType([&]<class Integer>(Integer) {
+            return field.withIntegerType([&]<class Integer>(Integer) ZRP_INLINE_LAMBDA {
                 return source.template integer<Integer>(record + field.offset());
             });
         case Kind::text:
@@ -108,11 +108,18 @@ DecodeStep finishStructure(uint8_t type, char* record, const Input& input, const
 DecodeStep finishUnion(uint8_t type, char* value, long long& selector, const Input& input,
                        const char* at, uint64_t end, bool varint);
 
+/// Goes on after a value that was read out of line.
+template <bool Varint>
+ZRP_INLINE int goOn(PredictingSource<Varint>& source, DecodeStep step) {
+    source.at = step.at;
+    return step.result;
+}
+
 /// Takes `field` if it comes next. A field that may be absent is passed over when it does not; any
 /// other is a surprise then.
 template <class Field, bool Varint>
-inline int predictField(Field field, char* record, PredictingSource<Varint>& source,
-                        uint32_t& seen) {
+ZRP_INLINE int predictField(Field field, char* record, PredictingSource<Varint>& source,
+                            uint32_t& seen) {
     const char* const start = source.at;
     if (!source.template acceptTag<Field>()) {
         return Field::mayBeAbsent() ? 0 : surprise;
@@ -127,82 +134,104 @@ inline int predictField(Field field, char* record, PredictingSource<Varint>& sou
 }
 
 template <class Record, bool Varint, size_t... Index>
-inline int predictFields(char* record, PredictingSource<Varint>& source, uint32_t& seen,
-                         std::index_sequence<Index...>) {
+ZRP_INLINE int predictFields(char* record, PredictingSource<Varint>& source, uint32_t& seen,
+                             std::index_sequence<Index...>) {
     int result = 0;
     (void)(((result = predictField(Field<Record, Index>{}, record, source, seen)) == 0) && ...);
     return result;
 }
 
-/// Reads `length` bytes of fields from `at` on. Ends are computed in 64 bits and wrap, so that a
-/// length means the same on every platform.
+/// Reads `length` bytes of fields through `source`. Ends are computed in 64 bits and wrap, so that
+/// a length means the same on every platform.
 template <class Record, bool Varint>
-DecodeStep decode(char* record, const Input& input, const char* at, uint64_t length) {
-    const uint64_t end = input.offsetOf(at) + length;
+ZRP_INLINE int decodeFields(char* record, PredictingSource<Varint>& source, uint64_t length) {
+    const Input& input = source.input();
+    const uint64_t end = input.offsetOf(source.at) + length;
     uint32_t seen = 0;
-    if (length <= static_cast<size_t>(input.end - at)) {
-        const char* const until = at + length;
-        PredictingSource<Varint> source(input, at, until);
+    if (length <= static_cast<size_t>(input.end - source.at)) {
+        const char* const until = source.at + length;
+        const char* const outer = source.narrow(until);
         const int result = predictFields<Record>(record, source, seen, FieldIndices<Record>{});
-        at = source.at;
-        if (result < 0 || (result == 0 && at == until)) {
+        source.widen(outer);
+        if (result < 0 || (result == 0 && source.at == until)) {
             store(record + offsetof(Record, presence), seen);
-            return {at, result};
+            return result;
         }
     }
     store(record + offsetof(Record, presence), seen);
-    return finishStructure(typeIndex<Record>, record, input, at, end, Varint);
+    return goOn(source, finishStructure(typeIndex<Record>, record, input, source.at, end, Varint));
 }
 
-/// Reads one field, whatever `length` says, and sets `selector` to its number.
+/// Reads one field through `source`, whatever `length` says, and sets `selector` to its number.
 template <class Union, bool Varint>
-DecodeStep decode(char* value, long long& selector, const Input& input, const char* at,
-                  uint64_t length) {
-    const uint64_t end = input.offsetOf(at) + length;
-    PredictingSource<Varint> source(input, at, input.end);
+ZRP_INLINE int decodeMember(char* value, long long& selector, PredictingSource<Varint>& source,
+                            uint64_t length) {
+    const Input& input = source.input();
+    const char* const start = source.at;
+    const uint64_t end = input.offsetOf(start) + length;
+    const char* const outer = source.narrow(input.end);
     uint32_t tag = 0;
     int result = source.tag(tag);
     if (result == 0) {
         result = withField<Union>(
             Quorva::BrxTLVUtil::getFieldId(tag),
-            [&]<class Member>(Member member) {
+            [&]<class Member>(Member member) ZRP_INLINE_LAMBDA {
                 return source.template hasValue<Member>() ? decodeField(member, value, source)
                                                           : surprise;
             },
             [] { return surprise; });
     }
+    source.widen(outer);
     // Past its end a union has its own result, for which the other way is as good.
-    if (result < 0 || (result == 0 && input.offsetOf(source.at) <= end)) {
-        if (result == 0) {
-            selector = Quorva::BrxTLVUtil::getFieldId(tag);
-        }
-        return {source.at, result};
+    if (result == 0 && input.offsetOf(source.at) <= end) {
+        selector = Quorva::BrxTLVUtil::getFieldId(tag);
+        return 0;
     }
-    return finishUnion(typeIndex<Union>, value, selector, input, at, end, Varint);
+    return result < 0 ? result
+                      : goOn(source, finishUnion(typeIndex<Union>, value, selector, input, start,
+                                                 end, Varint));
+}
+
+/// The same out of line.
+template <class Record, bool Varint>
+DecodeStep decode(char* record, const Input& input, const char* at, uint64_t length) {
+    PredictingSource<Varint> source(input, at, input.end);
+    const int result = decodeFields<Record>(record, source, length);
+    return {source.at, result};
+}
+
+template <class Union, bool Varint>
+DecodeStep decode(char* value, long long& selector, const Input& input, const char* at,
+                  uint64_t length) {
+    PredictingSource<Varint> source(input, at, input.end);
+    const int result = decodeMember<Union>(value, selector, source, length);
+    return {source.at, result};
 }
 
 template <class Field, bool Varint>
-inline int decodeStructure(Field, char* nested, PredictingSource<Varint>& source, uint64_t length) {
-    if constexpr (Field::kind() == Kind::structure) {
-        const DecodeStep step =
-            decode<typename Field::type, Varint>(nested, source.input(), source.at, length);
-        source.at = step.at;
-        return step.result;
-    } else {
+ZRP_INLINE int decodeStructure(Field, char* nested, PredictingSource<Varint>& source,
+                               uint64_t length) {
+    using Type = typename Field::type;
+    if constexpr (Field::kind() != Kind::structure) {
         return 0;
+    } else if constexpr (Field::isHot) {
+        return decodeFields<Type>(nested, source, length);
+    } else {
+        return goOn(source, decode<Type, Varint>(nested, source.input(), source.at, length));
     }
 }
 
 template <class Field, bool Varint>
-inline int decodeUnion(Field, char* nested, long long& selector, PredictingSource<Varint>& source,
-                       uint64_t length) {
-    if constexpr (Field::kind() == Kind::selectedUnion) {
-        const DecodeStep step = decode<typename Field::type, Varint>(
-            nested, selector, source.input(), source.at, length);
-        source.at = step.at;
-        return step.result;
-    } else {
+ZRP_INLINE int decodeUnion(Field, char* nested, long long& selector,
+                           PredictingSource<Varint>& source, uint64_t length) {
+    using Type = typename Field::type;
+    if constexpr (Field::kind() != Kind::selectedUnion) {
         return 0;
+    } else if constexpr (Field::isHot) {
+        return decodeMember<Type>(nested, selector, source, length);
+    } else {
+        return goOn(source,
+                    decode<Type, Varint>(nested, selector, source.input(), source.at, length));
     }
 }
 

@@ -23,14 +23,15 @@ int encodeStructure(const FieldData& field, const char* nested, CheckedSink& sin
 int encodeUnion(const FieldData& field, const char* nested, long long selector, CheckedSink& sink);
 
 template <class Sink>
-inline int encodeText(const char* text, size_t capacity, Sink& sink) {
+ZRP_INLINE int encodeText(const char* text, size_t capacity, Sink& sink) {
     const size_t size = strnlen(text, capacity);
     return size == capacity ? Quorva::BRX_ERR_TEXT_TOO_LONG : sink.text(text, size);
 }
 
 /// What follows the tag and the length of a delimited value; `count` is that of a byte array.
 template <class Field, class Sink>
-inline int encodeDelimitedValue(const Field& field, const char* record, size_t count, Sink& sink) {
+ZRP_INLINE int encodeDelimitedValue(const Field& field, const char* record, size_t count,
+                                    Sink& sink) {
     const char* const from = record + field.offset();
     switch (field.kind()) {
         case Kind::text:
@@ -45,9 +46,9 @@ inline int encodeDelimitedValue(const Field& field, const char* record, size_t c
 }
 
 template <class Field, class Sink>
-inline int encodeField(const Field& field, const char* record, Sink& sink) {
+ZRP_INLINE int encodeField(const Field& field, const char* record, Sink& sink) {
     if (field.kind() == Kind::integer) {
-        return field.withIntegerType([&]<class Integer>(Integer) {
+        return field.withIntegerType([&]<class Integer>(Integer) ZRP_INLINE_LAMBDA {
             return sink.integer(field, load<Integer>(record + field.offset()));
         });
     }
@@ -78,10 +79,17 @@ struct EncodeStep {
 };
 
 template <class Record, class Sink, size_t... Index>
-inline int encodeFields(const char* record, Sink& sink, std::index_sequence<Index...>) {
+ZRP_INLINE int encodeFields(const char* record, Sink& sink, std::index_sequence<Index...>) {
     int result = 0;
     (void)(((result = encodeField(Field<Record, Index>{}, record, sink)) == 0) && ...);
     return result;
+}
+
+template <class Union, class Sink>
+ZRP_INLINE int encodeMember(const char* value, long long selector, Sink& sink) {
+    return withMember<Union>(
+        selector, [&](auto member) ZRP_INLINE_LAMBDA { return encodeField(member, value, sink); },
+        [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
 }
 
 template <class Record, bool Varint>
@@ -94,32 +102,39 @@ EncodeStep encodeUnchecked(const char* record, char* to) {
 template <class Union, bool Varint>
 EncodeStep encodeUnchecked(const char* value, long long selector, char* to) {
     UncheckedSink<Varint> sink(to);
-    const int result = withMember<Union>(
-        selector, [&](auto field) { return encodeField(field, value, sink); },
-        [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
+    const int result = encodeMember<Union>(value, selector, sink);
     return {sink.at, result};
 }
 
+/// Goes on after a nested value that was written out of line.
+template <bool Varint>
+ZRP_INLINE int goOn(UncheckedSink<Varint>& sink, EncodeStep step) {
+    sink.at = step.at;
+    return step.result;
+}
+
 template <class Field, bool Varint>
-inline int encodeStructure(Field, const char* nested, UncheckedSink<Varint>& sink) {
-    if constexpr (Field::kind() == Kind::structure) {
-        const EncodeStep step = encodeUnchecked<typename Field::type, Varint>(nested, sink.at);
-        sink.at = step.at;
-        return step.result;
-    } else {
+ZRP_INLINE int encodeStructure(Field, const char* nested, UncheckedSink<Varint>& sink) {
+    using Type = typename Field::type;
+    if constexpr (Field::kind() != Kind::structure) {
         return 0;
+    } else if constexpr (Field::isHot) {
+        return encodeFields<Type>(nested, sink, FieldIndices<Type>{});
+    } else {
+        return goOn(sink, encodeUnchecked<Type, Varint>(nested, sink.at));
     }
 }
 
 template <class Field, bool Varint>
-inline int encodeUnion(Field, const char* nested, long long selector, UncheckedSink<Varint>& sink) {
-    if constexpr (Field::kind() == Kind::selectedUnion) {
-        const EncodeStep step =
-            encodeUnchecked<typename Field::type, Varint>(nested, selector, sink.at);
-        sink.at = step.at;
-        return step.result;
-    } else {
+ZRP_INLINE int encodeUnion(Field, const char* nested, long long selector,
+                           UncheckedSink<Varint>& sink) {
+    using Type = typename Field::type;
+    if constexpr (Field::kind() != Kind::selectedUnion) {
         return 0;
+    } else if constexpr (Field::isHot) {
+        return encodeMember<Type>(nested, selector, sink);
+    } else {
+        return goOn(sink, encodeUnchecked<Type, Varint>(nested, selector, sink.at));
     }
 }
 
@@ -160,10 +175,18 @@ uint64_t largestNow(const char* record, std::index_sequence<Index...>) {
     return (uint64_t{0} + ... + largestFieldNow<Field<Record, Index>, Varint>(record));
 }
 
-/// Whether `size` bytes are free. Deliberate: a broken buffer counts as full, so that the
-/// step-by-step path meets it and reports it.
-inline bool hasRoom(const BrxWriteBuf& buf, uint64_t size) {
-    return buf.position <= buf.length && buf.length - buf.position >= size;
+/// Whether the fields of `record` are sure to fit into `room` bytes.
+template <class Record, bool Varint>
+inline bool fits(const char* record, size_t room) {
+    constexpr uint64_t largest = Fields<Record>::largestBody(Varint);
+    return (!Fields<Record>::hasBytesBehind && room >= largest) ||
+           room >= largestNow<Record, Varint>(record, FieldIndices<Record>{});
+}
+
+/// Bytes free in `buf`. Deliberate: a broken buffer counts as full, so that the step-by-step path
+/// meets it and reports it.
+inline size_t roomIn(const BrxWriteBuf& buf) {
+    return buf.position <= buf.length ? buf.length - buf.position : 0;
 }
 
 /// Takes over where an unchecked encoding at the position of `buf` ended.
@@ -172,19 +195,11 @@ inline int finish(BrxWriteBuf& buf, EncodeStep step) {
     return step.result;
 }
 
-/// Whether the fields of `record` are sure to fit.
-template <class Record, bool Varint>
-inline bool fits(const char* record, const BrxWriteBuf& buf) {
-    constexpr uint64_t largest = Fields<Record>::largestBody(Varint);
-    return (!Fields<Record>::hasBytesBehind && hasRoom(buf, largest)) ||
-           hasRoom(buf, largestNow<Record, Varint>(record, FieldIndices<Record>{}));
-}
-
 /// Writes the fields of a structure at the position of `buf`.
 template <bool Varint, class Record>
 inline int encode(const Record& object, BrxWriteBuf& buf) {
     const char* const record = bytesOf(object);
-    if (fits<Record, Varint>(record, buf)) {
+    if (fits<Record, Varint>(record, roomIn(buf))) {
         return finish(buf, encodeUnchecked<Record, Varint>(record, buf.beginPtr + buf.position));
     }
     CheckedSink sink(buf, Varint);
@@ -195,8 +210,7 @@ inline int encode(const Record& object, BrxWriteBuf& buf) {
 template <bool Varint, class Union>
 inline int encode(const Union& object, long long selector, BrxWriteBuf& buf) {
     const char* const value = bytesOf(object);
-    constexpr uint64_t largest = Fields<Union>::largestBody(Varint);
-    if (hasRoom(buf, largest)) {
+    if (roomIn(buf) >= Fields<Union>::largestBody(Varint)) {
         return finish(buf,
                       encodeUnchecked<Union, Varint>(value, selector, buf.beginPtr + buf.position));
     }

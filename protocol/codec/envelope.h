@@ -10,25 +10,27 @@ namespace quorva_zrp::codec {
 constexpr uint8_t magicVarint = 0xAA;
 constexpr uint8_t magicFixed = 0x99;
 
-/// Writes an envelope around what `encode` writes into the buffer it is given.
-/// Deliberate: header and `*usedSize` are written after a failure too, and a header that does not
-/// fit goes unnoticed; only the result of `encode` tells success.
+/// Writes the envelope around the fields that `encode` writes behind it: the usual case, where
+/// there is room for the largest encoding.
 template <class Encode>
-inline int pack(char* buffer, size_t size, size_t* usedSize, bool varint, Encode encode) {
-    if (buffer == nullptr || size == 0) {
-        return Quorva::BRX_ERR_NULL_ARG;
-    }
-    BrxWriteBuf buf(buffer, size);
-    (void)buf.writeUInt8(varint ? magicVarint : magicFixed);
-    const size_t lengthAt = buf.position;
-    (void)buf.reserve(lengthSize);
-    const int result = encode(buf);
+inline int packUnchecked(char* buffer, size_t* usedSize, bool varint, Encode encode) {
+    buffer[0] = static_cast<char>(varint ? magicVarint : magicFixed);
+    const EncodeStep step = encode(buffer + envelopeSize);
+    const size_t used = static_cast<size_t>(step.at - buffer);
     if (usedSize != nullptr) {
-        *usedSize = buf.position;
+        *usedSize = used;
     }
-    (void)buf.writeUInt32(static_cast<uint32_t>(buf.position), lengthAt);
-    return result;
+    Quorva::brx_detail::storeBigEndian(buffer + 1, static_cast<uint32_t>(used));
+    return step.result;
 }
+
+/// The same step by step, for any size above 0.
+/// Deliberate: header and `*usedSize` are written after a failure too, and a header that does not
+/// fit goes unnoticed; only the result of the fields tells success.
+int packChecked(uint8_t type, const char* record, char* buffer, size_t size, size_t* usedSize,
+                bool varint);
+int packChecked(uint8_t type, const char* value, long long selector, char* buffer, size_t size,
+                size_t* usedSize, bool varint);
 
 /// What an envelope says.
 struct Envelope {

@@ -12,20 +12,46 @@ namespace quorva_zrp::codec {
 
 // --- Encoding and decoding with an envelope -----------------------------------------------------
 
+template <bool Varint, class Record>
+inline int packFlavour(const Record& object, char* buffer, size_t size, size_t* usedSize) {
+    const char* const record = bytesOf(object);
+    if (size >= envelopeSize && fits<Record, Varint>(record, size - envelopeSize)) {
+        return packUnchecked(buffer, usedSize, Varint,
+                             [&](char* to) { return encodeUnchecked<Record, Varint>(record, to); });
+    }
+    return packChecked(typeIndex<Record>, record, buffer, size, usedSize, Varint);
+}
+
+template <bool Varint, class Union>
+inline int packFlavour(const Union& object, long long selector, char* buffer, size_t size,
+                       size_t* usedSize) {
+    const char* const value = bytesOf(object);
+    if (size >= envelopeSize + Fields<Union>::largestBody(Varint)) {
+        return packUnchecked(buffer, usedSize, Varint, [&](char* to) {
+            return encodeUnchecked<Union, Varint>(value, selector, to);
+        });
+    }
+    return packChecked(typeIndex<Union>, value, selector, buffer, size, usedSize, Varint);
+}
+
 template <class Record>
-inline int packMessage(const Record& record, char* buffer, size_t size, size_t* usedSize,
+inline int packMessage(const Record& object, char* buffer, size_t size, size_t* usedSize,
                        bool varint) {
-    return pack(buffer, size, usedSize, varint, [&](BrxWriteBuf& buf) {
-        return varint ? encode<true>(record, buf) : encode<false>(record, buf);
-    });
+    if (buffer == nullptr || size == 0) {
+        return Quorva::BRX_ERR_NULL_ARG;
+    }
+    return varint ? packFlavour<true>(object, buffer, size, usedSize)
+                  : packFlavour<false>(object, buffer, size, usedSize);
 }
 
 template <class Union>
-inline int packMessage(const Union& value, long long selector, char* buffer, size_t size,
+inline int packMessage(const Union& object, long long selector, char* buffer, size_t size,
                        size_t* usedSize, bool varint) {
-    return pack(buffer, size, usedSize, varint, [&](BrxWriteBuf& buf) {
-        return varint ? encode<true>(value, selector, buf) : encode<false>(value, selector, buf);
-    });
+    if (buffer == nullptr || size == 0) {
+        return Quorva::BRX_ERR_NULL_ARG;
+    }
+    return varint ? packFlavour<true>(object, selector, buffer, size, usedSize)
+                  : packFlavour<false>(object, selector, buffer, size, usedSize);
 }
 
 template <class Record>

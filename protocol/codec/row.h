@@ -9,6 +9,16 @@
 
 #include "protocol/quorva_zrp.h"
 
+/// In front of the engine's templates over rows: they become straight-line code only when each row
+/// is inlined, which compilers do not do by themselves for long rows of fields.
+#if defined(__GNUC__)
+#define ZRP_INLINE        [[gnu::always_inline]] inline
+#define ZRP_INLINE_LAMBDA __attribute__((always_inline))
+#else
+#define ZRP_INLINE inline
+#define ZRP_INLINE_LAMBDA
+#endif
+
 namespace quorva_zrp::codec {
 
 /// The table of a message type: a StructureTable or UnionTable, given in protocol/fields.
@@ -147,6 +157,10 @@ struct DefaultValue {
     static constexpr uint64_t value = Value;
 };
 
+/// Marks a nested value that steady traffic passes: its code becomes part of its holder's straight
+/// line, which spares a call per level and costs a copy of the code per holder.
+struct Hot {};
+
 /// A text as a template argument.
 template <size_t Size>
 struct Text {
@@ -189,7 +203,8 @@ struct DefaultOf {
 };
 template <class First, class... Rest>
 struct DefaultOf<First, Rest...> {
-    using type = std::conditional_t<isGovernor<First>, typename DefaultOf<Rest...>::type, First>;
+    using type = std::conditional_t<isGovernor<First> || std::is_same_v<First, Hot>,
+                                    typename DefaultOf<Rest...>::type, First>;
 };
 
 }  // namespace attribute
@@ -212,6 +227,7 @@ struct Row {
     using Default = typename attribute::DefaultOf<Attributes...>::type;
     static constexpr const char* label = Label.characters;
     static constexpr uint32_t presenceBit = PresenceBit;
+    static constexpr bool isHot = (std::is_same_v<Attributes, Hot> || ...);
 
     static constexpr uint32_t number() { return Number; }
     static constexpr size_t offset() { return Offset; }
@@ -235,7 +251,7 @@ struct Row {
 
     /// Calls `use` with a value of the integer's type.
     template <class Use>
-    static int withIntegerType(Use use) {
+    ZRP_INLINE static int withIntegerType(Use use) {
         if constexpr (kind() == Kind::integer) {
             return use(Type{});
         } else {

@@ -20,33 +20,33 @@ class UncheckedSink {
     explicit UncheckedSink(char* to) : at(to) {}
 
     template <class Field, class Integer>
-    int integer(Field, Integer value) {
+    ZRP_INLINE int integer(Field, Integer value) {
         at = wire::storeInteger<Field::number(), Varint>(at, value);
         return 0;
     }
 
     template <class Field>
-    int tagOfDelimited(Field) {
+    ZRP_INLINE int tagOfDelimited(Field) {
         using Tag = wire::TagBytes<makeTag(Field::number(), wireDelimited)>;
         Tag::store(at);
         at += Tag::size;
         return 0;
     }
-    Hole openLength() {
+    ZRP_INLINE Hole openLength() {
         at += lengthSize;
         return at;
     }
-    int closeLength(Hole start) {
+    ZRP_INLINE int closeLength(Hole start) {
         Quorva::brx_detail::storeBigEndian(start - lengthSize, static_cast<uint32_t>(at - start));
         return 0;
     }
 
-    int text(const char* from, size_t count) {
+    ZRP_INLINE int text(const char* from, size_t count) {
         memcpy(at, from, count);
         at += count;
         return 0;
     }
-    int bytes(const char* from, size_t count) { return text(from, count); }
+    ZRP_INLINE int bytes(const char* from, size_t count) { return text(from, count); }
 
     char* at;  ///< where the next byte goes
 };

@@ -49,15 +49,13 @@ class PredictingSource {
     /// Reads from `from` on. Fields in order are taken only before `until`, at most the end of the
     /// input.
     PredictingSource(const Input& input, const char* from, const char* until)
-        : at(from), input_(input), until_(until) {
-        if (Varint && input.varintsBefore < until) {
-            until_ = input.varintsBefore;
-        }
+        : at(from), input_(input) {
+        (void)narrow(until);
     }
 
     /// Steps over the tag of `Field` if it comes next and enough of its value follows to read on.
     template <class Field>
-    bool acceptTag() {
+    ZRP_INLINE bool acceptTag() {
         using Tag = wire::TagBytes<Field::tag(Varint)>;
         if (until_ - at < static_cast<ptrdiff_t>(Tag::size + leastValue<Field>()) ||
             !Tag::isAt(at)) {
@@ -67,36 +65,43 @@ class PredictingSource {
         return true;
     }
 
-    int tag(uint32_t& tag) {
-        return moveTo(at < input_.varintsBefore ? wire::loadVarint<32>(at, tag) : nullptr);
+    ZRP_INLINE int tag(uint32_t& tag) {
+        if (at >= input_.varintsBefore) {
+            return surprise;
+        }
+        const wire::LoadedVarint loaded = wire::loadVarint<32>(at, input_.end);
+        tag = static_cast<uint32_t>(loaded.value);
+        return moveTo(loaded.end);
     }
 
     /// Whether enough input follows for the value of `Field`, where its tag came through `tag`.
     template <class Field>
-    bool hasValue() const {
+    ZRP_INLINE bool hasValue() const {
         return until_ - at >= static_cast<ptrdiff_t>(leastValue<Field>());
     }
 
     /// Reads an integer into the bytes at `to`.
     template <class Integer>
-    int integer(char* to) {
+    ZRP_INLINE int integer(char* to) {
         Integer value = 0;
-        const char* const end = wire::loadInteger<Varint>(at, value);
+        const char* const end = wire::loadInteger<Varint>(at, input_.end, value);
         if (end != nullptr) {
             store(to, value);
         }
         return moveTo(end);
     }
 
-    int length(uint32_t& value) {
+    ZRP_INLINE int length(uint32_t& value) {
         Quorva::brx_detail::loadBigEndian(at, value);
         at += lengthSize;
         return 0;
     }
 
-    int text(char* to, size_t capacity) { return moveTo(takeText(at, input_.end, to, capacity)); }
+    ZRP_INLINE int text(char* to, size_t capacity) {
+        return moveTo(takeText(at, input_.end, to, capacity));
+    }
 
-    int bytes(char* to, size_t capacity, size_t& stored) {
+    ZRP_INLINE int bytes(char* to, size_t capacity, size_t& stored) {
         const char* const start = at + lengthSize;
         const int result = moveTo(takeBytes(at, input_.end, to, capacity));
         stored = result == 0 ? static_cast<size_t>(at - start) : 0;
@@ -104,6 +109,15 @@ class PredictingSource {
     }
 
     const Input& input() const { return input_; }
+
+    /// Takes fields before `until` only, at most the end of the input; returns the bound there was.
+    ZRP_INLINE const char* narrow(const char* until) {
+        const char* const before = until_;
+        const char* const safe = Varint ? input_.varintsBefore : input_.end;
+        until_ = until < safe ? until : safe;
+        return before;
+    }
+    ZRP_INLINE void widen(const char* before) { until_ = before; }
 
     const char* at;  ///< the next byte
 
@@ -117,7 +131,7 @@ class PredictingSource {
         }
     }
 
-    int moveTo(const char* end) {
+    ZRP_INLINE int moveTo(const char* end) {
         if (end == nullptr) {
             return surprise;
         }
@@ -126,7 +140,7 @@ class PredictingSource {
     }
 
     const Input& input_;
-    const char* until_;
+    const char* until_ = nullptr;
 };
 
 class CheckedSource {

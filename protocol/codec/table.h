@@ -73,7 +73,7 @@ constexpr uint32_t numberAt() {
 }
 
 template <class Message, size_t Index, class Found, class Missing>
-auto visitAt(Found& found, Missing& missing) {
+ZRP_INLINE auto visitAt(Found& found, Missing& missing) {
     if constexpr (Index < Fields<Message>::Rows::count) {
         return found(Field<Message, Index>{});
     } else {
@@ -87,7 +87,7 @@ auto visitAt(Found& found, Missing& missing) {
 /// into a jump table or a search tree where they leave a fold over the numbers as a chain of
 /// compares.
 template <class Message, class Found, class Missing>
-auto withField(uint32_t number, Found found, Missing missing) {
+ZRP_INLINE auto withField(uint32_t number, Found found, Missing missing) {
     static_assert(Fields<Message>::Rows::count <= 16, "extend the list below");
     switch (number) {
 #define ZRP_CASE(Index)                    \
@@ -117,7 +117,7 @@ auto withField(uint32_t number, Found found, Missing missing) {
 
 /// The same for a selector: negative ones and those past 32 bits name nothing.
 template <class Union, class Found, class Missing>
-auto withMember(long long selector, Found found, Missing missing) {
+ZRP_INLINE auto withMember(long long selector, Found found, Missing missing) {
     const uint64_t number = static_cast<uint64_t>(selector);
     return number <= UINT32_MAX ? withField<Union>(static_cast<uint32_t>(number), found, missing)
                                 : missing();
@@ -310,8 +310,8 @@ struct UnionTable {
     struct Fields<Type> : Type##Rows::Table {};                                          \
     static_assert(Fields<Type>::check())
 
-/// A field: its number, the two halves of its name (type prefix and accessor name), and what
-/// governs it or is its default.
+/// A field: its number, the two halves of its name (type prefix and accessor name), what governs
+/// it, its default, whether it is hot.
 #define ZRP_ROW(number, prefix, Name, ...)                                                         \
     Row<number, "[" #prefix #Name "]", offsetof(Self, prefix##Name), decltype(Self::prefix##Name), \
         Self::PRESENCE_##Name __VA_OPT__(, ) __VA_ARGS__>
@@ -322,9 +322,9 @@ struct UnionTable {
         Self::PRESENCE_##Name, governor>
 
 /// A member of a union: its selector and the two halves of its name.
-#define ZRP_MEMBER(selector, prefix, Name)                             \
+#define ZRP_MEMBER(selector, prefix, Name, ...)                        \
     Row<selector, "[" #prefix #Name "]", offsetof(Self, prefix##Name), \
-        decltype(Self::prefix##Name), 0>
+        decltype(Self::prefix##Name), 0 __VA_OPT__(, ) __VA_ARGS__>
 
 /// The field that governs a row; a path where it lies in a nested structure.
 #define ZRP_BY(path) GovernedBy<offsetof(Self, path), decltype(Self::path)>

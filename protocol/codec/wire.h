@@ -34,12 +34,12 @@ inline void storeLowFirst(char* to, uint64_t bytes) {
 
 /// The `Size` bytes at `from` as a number, the first one lowest.
 template <size_t Size>
-inline uint32_t loadLowFirst(const char* from) {
-    static_assert(Size >= 1 && Size <= 4);
+inline uint64_t loadLowFirst(const char* from) {
+    static_assert(Size >= 1 && Size <= 8);
     if constexpr (Size == 1) {
         return Quorva::brx_detail::byteAt(from, 0);
     } else {
-        constexpr size_t head = Size > 2 ? 2 : 1;
+        constexpr size_t head = Size > 4 ? 4 : Size > 2 ? 2 : 1;
         return loadLowFirst<head>(from) | loadLowFirst<Size - head>(from + head) << (head * 8);
     }
 }
@@ -68,14 +68,20 @@ struct TagBytes {
 
 // --- Varints ------------------------------------------------------------------------------------
 
-/// Stores a value of more than two groups; returns the end. Out of line: most values are shorter.
-char* storeLongVarint(char* to, uint32_t value);
+/// Four groups as they travel, each with the continuation bit: the low 28 bits of `value`.
+inline uint32_t fourGroups(uint64_t value) {
+    const uint32_t low = static_cast<uint32_t>(value);
+    return (low & 0x7F) | (low << 1 & 0x7F00) | (low << 2 & 0x7F0000) | (low << 3 & 0x7F000000) |
+           0x80808080;
+}
+
+/// Stores a varint of more than two groups; returns the end. Out of line: most values are shorter.
 char* storeLongVarint(char* to, uint64_t value);
 
-/// Stores a tag and a varint; returns the end. One and two groups, which most values take, go out
-/// together with the tag.
+/// Stores a tag and a varint; returns the end. One and two groups, which most values take, and all
+/// that 16 bits can take go out together with the tag.
 template <uint32_t Tag, class Unsigned>
-inline char* storeVarintField(char* to, Unsigned value) {
+ZRP_INLINE char* storeVarintField(char* to, Unsigned value) {
     using Bytes = TagBytes<Tag>;
     constexpr size_t tagBits = Bytes::size * 8;
     if (value < 0x80) {
@@ -83,41 +89,53 @@ inline char* storeVarintField(char* to, Unsigned value) {
                                                                  << tagBits);
         return to + Bytes::size + 1;
     }
+    const uint64_t groups = fourGroups(value);
     if (value < 0x4000) {
-        const uint64_t groups = (value & 0x7F) | 0x80 | static_cast<uint64_t>(value >> 7) << 8;
-        storeLowFirst<Bytes::size + 2>(to, Bytes::packed() | groups << tagBits);
+        storeLowFirst<Bytes::size + 2>(to, Bytes::packed() | (groups & 0x7FFF) << tagBits);
         return to + Bytes::size + 2;
     }
-    Bytes::store(to);
-    using Register = std::conditional_t<sizeof(Unsigned) == 8, uint64_t, uint32_t>;
-    return storeLongVarint(to + Bytes::size, static_cast<Register>(value));
+    if constexpr (sizeof(Unsigned) == 2) {
+        storeLowFirst<Bytes::size + 3>(to, Bytes::packed() | (groups & 0x7FFFFF) << tagBits);
+        return to + Bytes::size + 3;
+    } else {
+        Bytes::store(to);
+        return storeLongVarint(to + Bytes::size, value);
+    }
 }
 
-/// Loads a varint of `Bits` bits from input that holds its end or 10 more bytes. Returns where the
-/// value ends, or null for one that is longer than its width needs or exceeds it: what that means
-/// is for BrxReadBuf to say.
-template <unsigned Bits, class Register>
-inline const char* loadVarint(const char* from, Register& value) {
-    constexpr unsigned last = (Bits + 6) / 7 - 1;
-    constexpr uint32_t lastLargest = (1u << (Bits - 7 * last)) - 1;
-    Register gathered = Quorva::brx_detail::byteAt(from, 0);
-    if (gathered < 0x80) {
-        value = gathered;
-        return from + 1;
+/// A varint that was read: its value, and where it ends. `end` is null for one that is longer than
+/// its width needs or exceeds it: what that means is for BrxReadBuf to say.
+struct LoadedVarint {
+    const char* end;
+    uint64_t value;
+};
+
+/// Loads a varint of more than two groups and at most `bits` bits. The input holds its end or 10
+/// more bytes from `from` on, and ends at `inputEnd`.
+LoadedVarint loadLongVarint(const char* from, const char* inputEnd, unsigned bits);
+
+/// Loads a varint of `Bits` bits under the same conditions. One and two groups, and all that 16
+/// bits can take, are read here.
+template <unsigned Bits>
+ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* inputEnd) {
+    using Quorva::brx_detail::byteAt;
+    const uint32_t first = byteAt(from, 0);
+    if (first < 0x80) {
+        return {from + 1, first};
     }
-    for (unsigned i = 1; i <= last; ++i) {
-        const uint32_t byte = Quorva::brx_detail::byteAt(from, i);
-        if (i == last && byte > lastLargest) {
-            return nullptr;
-        }
-        // The continuation bit of the byte before stands where this group begins: take it out.
-        gathered += (static_cast<Register>(byte) - 1) << (7 * i);
-        if (byte < 0x80) {
-            value = gathered;
-            return from + i + 1;
-        }
+    const uint32_t second = byteAt(from, 1);
+    // The continuation bit of a byte stands where the next group begins: take it out there.
+    const uint32_t two = first + ((second - 1) << 7);
+    if (second < 0x80) {
+        return {from + 2, two};
     }
-    return nullptr;
+    if constexpr (Bits == 16) {
+        const uint32_t third = byteAt(from, 2);
+        const bool fits = third <= 3;
+        return {fits ? from + 3 : nullptr, two + ((third - 1) << 14)};
+    } else {
+        return loadLongVarint(from, inputEnd, Bits);
+    }
 }
 
 // --- Integers by flavour ------------------------------------------------------------------------
@@ -133,7 +151,7 @@ inline auto toVarint(Integer value) {
 }
 
 template <uint32_t Number, bool Varint, class Integer>
-inline char* storeInteger(char* to, Integer value) {
+ZRP_INLINE char* storeInteger(char* to, Integer value) {
     constexpr uint32_t tag = makeTag(Number, wireTypeOf<Integer>(Varint));
     if constexpr (sizeof(Integer) == 1) {
         constexpr size_t tagSize = TagBytes<tag>::size;
@@ -158,25 +176,21 @@ constexpr size_t leastInput = Varint ? 1 : sizeof(Integer);
 
 /// Loads an integer into `field`; returns where it ends, or null (only with varints) as loadVarint.
 template <bool Varint, class Integer>
-inline const char* loadInteger(const char* from, Integer& field) {
-    using Unsigned = std::make_unsigned_t<Integer>;
+ZRP_INLINE const char* loadInteger(const char* from, const char* inputEnd, Integer& field) {
     if constexpr (sizeof(Integer) == 1) {
         field = static_cast<Integer>(from[0]);
         return from + 1;
     } else if constexpr (Varint) {
-        using Register = std::conditional_t<sizeof(Integer) == 8, uint64_t, uint32_t>;
-        Register raw = 0;
-        const char* const end = loadVarint<sizeof(Integer) * 8>(from, raw);
-        if (end != nullptr) {
-            if constexpr (std::is_signed_v<Integer>) {
-                field = Quorva::brx_detail::unzigzag(raw);
-            } else {
-                field = static_cast<Integer>(raw);
-            }
+        const LoadedVarint loaded = loadVarint<sizeof(Integer) * 8>(from, inputEnd);
+        if constexpr (std::is_signed_v<Integer>) {
+            using Register = std::make_unsigned_t<Integer>;
+            field = Quorva::brx_detail::unzigzag(static_cast<Register>(loaded.value));
+        } else {
+            field = static_cast<Integer>(loaded.value);
         }
-        return end;
+        return loaded.end;
     } else {
-        Unsigned bits = 0;
+        std::make_unsigned_t<Integer> bits = 0;
         Quorva::brx_detail::loadBigEndian(from, bits);
         field = static_cast<Integer>(bits);
         return from + sizeof(Integer);

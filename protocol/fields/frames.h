@@ -19,7 +19,7 @@ ZRP_UNION(TZRPExtHead,
     ZRP_MEMBER(ZRP_CMD_AUTH_REQ, ch, AuthReq),
     ZRP_MEMBER(ZRP_CMD_AUTH_RSP, ch, AuthRsp),
     ZRP_MEMBER(ZRP_CMD_WAIT, ch, Wait),
-    ZRP_MEMBER(ZRP_CMD_DATA, st, Data),
+    ZRP_MEMBER(ZRP_CMD_DATA, st, Data, Hot),
     ZRP_MEMBER(ZRP_CMD_CSTOP, ch, CStop),
     ZRP_MEMBER(ZRP_CMD_SSTOP, ch, SStop),
     ZRP_MEMBER(ZRP_CMD_BINGO, ch, Bingo),
@@ -43,16 +43,16 @@ ZRP_UNION(TZRPBody,
     ZRP_MEMBER(ZRP_CMD_ROUTE_CHANGE, st, RouteChange));
 
 ZRP_STRUCTURE(TZRPHead,
-    ZRP_ROW(1, st, Base),
-    ZRP_ROW(2, st, Extend, ZRP_BY(stBase.wCommand)));
+    ZRP_ROW(1, st, Base, Hot),
+    ZRP_ROW(2, st, Extend, ZRP_BY(stBase.wCommand), Hot));
 
 ZRP_STRUCTURE(TZRPFrame,
-    ZRP_ROW(1, st, Head),
+    ZRP_ROW(1, st, Head, Hot),
     ZRP_TRAILING_ROW(2, sz, Body, ZRP_BY(stHead.stBase.dwBodyLen)));
 
 ZRP_STRUCTURE(TZRPInFrame,
-    ZRP_ROW(1, st, Head),
-    ZRP_ROW(2, st, Body, ZRP_BY(stHead.stBase.wCommand)));
+    ZRP_ROW(1, st, Head, Hot),
+    ZRP_ROW(2, st, Body, ZRP_BY(stHead.stBase.wCommand), Hot));
 
 // clang-format on
 

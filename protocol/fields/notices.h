@@ -14,7 +14,7 @@ ZRP_STRUCTURE(TZRPDataHead,
     ZRP_ROW(1, b, CompressFlag),
     ZRP_ROW(2, b, AllowLost),
     ZRP_ROW(3, b, RouteFlag),
-    ZRP_ROW(4, st, RouteInfo, ZRP_BY(bRouteFlag)));
+    ZRP_ROW(4, st, RouteInfo, ZRP_BY(bRouteFlag), Hot));
 
 ZRP_STRUCTURE(TZRPWaitBody,
     ZRP_ROW(1, dw, Position),

@@ -34,8 +34,8 @@ ZRP_STRUCTURE(SpecifyNameRouteInfo,
 
 ZRP_UNION(TZRPRouteInfo,
     ZRP_MEMBER(ZRP_ROUTE_NONE, ch, Null),
-    ZRP_MEMBER(ZRP_ROUTE_ZONE, st, SpecifyZone),
-    ZRP_MEMBER(ZRP_ROUTE_SERVER, st, SpecifyServer),
+    ZRP_MEMBER(ZRP_ROUTE_ZONE, st, SpecifyZone, Hot),
+    ZRP_MEMBER(ZRP_ROUTE_SERVER, st, SpecifyServer, Hot),
     ZRP_MEMBER(ZRP_ROUTE_LOGIN_POSITION, ch, LOGINPOSITION),
     ZRP_MEMBER(ZRP_ROUTE_NAME, st, SpecifyName));
 

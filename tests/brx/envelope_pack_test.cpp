@@ -1,5 +1,6 @@
 // Writing the envelope: magic byte, total length, and what is left of them when room is short.
 #include <gtest/gtest.h>
+#include <string.h>
 
 #include <string>
 
@@ -27,6 +28,28 @@ TVESKIDValue identifierOf(uint32_t value) {
     TVESKIDValue identifier{};
     identifier.dwUINT32 = value;
     return identifier;
+}
+
+/// Expects `pack(begin, size, used)` to give `result` and to write `bytes` and nothing behind them:
+/// into a room of their size, into one more, and into one that any encoding of the type would fit.
+template <class Pack>
+void expectPacked(Pack pack, int result, const std::string& bytes) {
+    constexpr size_t roomForAny = 300;
+    const size_t width = hex(bytes).size();
+    for (const size_t size : {width, width + 1, roomForAny}) {
+        SCOPED_TRACE(bytes + " in " + std::to_string(size));
+        GuardedOutput out(size);
+        size_t used = unset;
+        EXPECT_EQ(pack(out.begin(), size, &used), result);
+        EXPECT_EQ(used, width);
+        std::string expected = bytes;
+        for (size_t i = width; i < size; ++i) {
+            expected += " CC";
+        }
+        EXPECT_EQ(out.bytes(), expected);
+        EXPECT_EQ(pack(out.begin(), size, nullptr), result);
+        EXPECT_EQ(out.bytes(), expected);
+    }
 }
 
 }  // namespace
@@ -60,56 +83,29 @@ TEST(PackEnvelope, RefusesASizeOfZeroWithoutTouchingAnything) {
     }
 }
 
-TEST(PackEnvelope, NeedsNoPlaceForTheUsedSize) {
-    GuardedOutput out(8);
-    EXPECT_EQ(stopOf(0).packTLV(out.begin(), 8, nullptr, true), 0);
-    EXPECT_EQ(out.bytes(), "AA 00 00 00 07 10 00 CC");
-    EXPECT_EQ(stopOf(0).packTLV(out.begin(), 5, nullptr, true), -1);
-    EXPECT_EQ(identifierOf(300).packTLV(1, out.begin(), 8, nullptr, true), 0);
-    EXPECT_EQ(out.bytes(), "AA 00 00 00 08 10 AC 02");
-}
-
-// --- Whole encodings ----------------------------------------------------------------------------
+// --- Whole encodings, with and without a place for the used size --------------------------------
 
 TEST(PackEnvelope, NamesTheFlavourAndCountsItself) {
-    GuardedOutput varint(8);
-    size_t used = unset;
-    EXPECT_EQ(stopOf(0).packTLV(varint.begin(), 8, &used, true), 0);
-    EXPECT_EQ(varint.bytes(), "AA 00 00 00 07 10 00 CC");
-    EXPECT_EQ(used, 7U);
-
-    GuardedOutput fixed(11);
-    used = unset;
-    EXPECT_EQ(stopOf(0).packTLV(fixed.begin(), 11, &used, false), 0);
-    EXPECT_EQ(fixed.bytes(), "99 00 00 00 0A 13 00 00 00 00 CC");
-    EXPECT_EQ(used, 10U);
-}
-
-TEST(PackEnvelope, FitsExactly) {
-    GuardedOutput varint(7);
-    EXPECT_EQ(stopOf(5).packTLV(varint.begin(), 7, nullptr, true), 0);
-    EXPECT_EQ(varint.bytes(), "AA 00 00 00 07 10 05");
-    GuardedOutput fixed(10);
-    EXPECT_EQ(stopOf(5).packTLV(fixed.begin(), 10, nullptr, false), 0);
-    EXPECT_EQ(fixed.bytes(), "99 00 00 00 0A 13 00 00 00 05");
+    const TZRPCStopBody stop = stopOf(5);
+    expectPacked(
+        [&](char* to, size_t size, size_t* used) { return stop.packTLV(to, size, used, true); }, 0,
+        "AA 00 00 00 07 10 05");
+    expectPacked(
+        [&](char* to, size_t size, size_t* used) { return stop.packTLV(to, size, used, false); }, 0,
+        "99 00 00 00 0A 13 00 00 00 05");
 }
 
 TEST(PackEnvelope, SurroundsTheNineFieldsOfABaseHeader) {
     TZRPBase base{};
     base.construct();
     base.wCommand = quorva_zrp::ZRP_CMD_SYN;
-    GuardedOutput varint(26);
-    size_t used = unset;
-    EXPECT_EQ(base.packTLV(varint.begin(), 26, &used, true), 0);
-    EXPECT_EQ(varint.bytes(),
-              "AA 00 00 00 1A 10 00 20 00 30 00 40 81 20 50 00 61 00 70 00 80 01 00 90 01 00");
-    EXPECT_EQ(used, 26U);
-    GuardedOutput fixed(41);
-    EXPECT_EQ(base.packTLV(fixed.begin(), 41, &used, false), 0);
-    EXPECT_EQ(fixed.bytes(),
-              "99 00 00 00 29 12 00 00 22 00 00 32 00 00 42 10 01 53 00 00 00 00 61 00 "
-              "73 00 00 00 00 83 01 00 00 00 00 93 01 00 00 00 00");
-    EXPECT_EQ(used, 41U);
+    expectPacked(
+        [&](char* to, size_t size, size_t* used) { return base.packTLV(to, size, used, true); }, 0,
+        "AA 00 00 00 1A 10 00 20 00 30 00 40 81 20 50 00 61 00 70 00 80 01 00 90 01 00");
+    expectPacked(
+        [&](char* to, size_t size, size_t* used) { return base.packTLV(to, size, used, false); }, 0,
+        "99 00 00 00 29 12 00 00 22 00 00 32 00 00 42 10 01 53 00 00 00 00 61 00 "
+        "73 00 00 00 00 83 01 00 00 00 00 93 01 00 00 00 00");
 }
 
 TEST(PackEnvelope, SurroundsTheOneFieldOfAUnion) {
@@ -124,33 +120,46 @@ TEST(PackEnvelope, SurroundsTheOneFieldOfAUnion) {
         {1, false, "99 00 00 00 0A 13 00 00 01 2C"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.bytes);
         TVESKIDValue identifier{};
         if (row.selector == 0) {
             identifier.chNull = 0x2C;
         } else {
             identifier.dwUINT32 = 300;
         }
-        GuardedOutput out(hex(row.bytes).size());
-        size_t used = unset;
-        EXPECT_EQ(
-            identifier.packTLV(row.selector, out.begin(), hex(row.bytes).size(), &used, row.varint),
-            0);
-        EXPECT_EQ(out.bytes(), row.bytes);
-        EXPECT_EQ(used, hex(row.bytes).size());
+        expectPacked(
+            [&](char* to, size_t size, size_t* used) {
+                return identifier.packTLV(row.selector, to, size, used, row.varint);
+            },
+            0, row.bytes);
     }
 }
 
 // --- Failures: header and used size tell how far it came ----------------------------------------
 
 TEST(PackEnvelope, IsFiveBytesAroundNoField) {
+    const TVESKIDValue identifier = identifierOf(1);
     for (const bool varint : {true, false}) {
-        SCOPED_TRACE(varint);
-        GuardedOutput out(8);
+        for (const long long selector : {4LL, -1LL, 257LL}) {
+            expectPacked(
+                [&](char* to, size_t size, size_t* used) {
+                    return identifier.packTLV(selector, to, size, used, varint);
+                },
+                -33, varint ? "AA 00 00 00 05" : "99 00 00 00 05");
+        }
+    }
+}
+
+TEST(PackEnvelope, CountsTheBytesBeforeAFailureThatRoomCannotHelp) {
+    TVESKIDValue identifier;
+    memset(&identifier, 'x', sizeof(identifier));
+    for (const size_t size : {size_t{10}, size_t{11}, size_t{300}}) {
+        SCOPED_TRACE(size);
+        GuardedOutput out(size);
         size_t used = unset;
-        EXPECT_EQ(identifierOf(1).packTLV(4, out.begin(), 8, &used, varint), -33);
-        EXPECT_EQ(out.bytes(), varint ? "AA 00 00 00 05 CC CC CC" : "99 00 00 00 05 CC CC CC");
-        EXPECT_EQ(used, 5U);
+        EXPECT_EQ(identifier.packTLV(3, out.begin(), size, &used, true), -3);
+        // The tag of the text and the hole for its length, which is never filled.
+        EXPECT_EQ(used, 10U);
+        EXPECT_EQ(out.bytes().substr(0, 29), "AA 00 00 00 0A 35 CC CC CC CC");
     }
 }
 
@@ -176,6 +185,24 @@ TEST(PackEnvelope, IsCompleteAroundAnEncodingThatFailed) {
         EXPECT_EQ(out.bytes(), row.bytes);
         EXPECT_EQ(used, row.used);
     }
+}
+
+TEST(PackEnvelope, SurroundsTheLongestTextInItsExactSizeAndInNoSmallerOne) {
+    TVESKIDValue identifier{};
+    memset(identifier.szSTRING, 'x', 255);
+    for (size_t size = 10; size < 265; ++size) {
+        SCOPED_TRACE(size);
+        GuardedOutput out(size);
+        size_t used = unset;
+        EXPECT_EQ(identifier.packTLV(3, out.begin(), size, &used, true), -1);
+        EXPECT_EQ(used, 10U);
+        EXPECT_EQ(out.bytes().substr(0, 17), "AA 00 00 00 0A 35");
+    }
+    GuardedOutput out(265);
+    size_t used = unset;
+    EXPECT_EQ(identifier.packTLV(3, out.begin(), 265, &used, true), 0);
+    EXPECT_EQ(used, 265U);
+    EXPECT_EQ(out.bytes().substr(0, 35), "AA 00 00 01 09 35 00 00 00 FF 78 78");
 }
 
 // --- Rooms of 1 to 4 bytes ----------------------------------------------------------------------

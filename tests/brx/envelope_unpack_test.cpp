@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string.h>
 
+#include <ostream>
 #include <string>
 
 #include "protocol/quorva_zrp.h"
@@ -35,6 +36,8 @@ struct StopDecode {
     size_t used;
     uint32_t reserved;
     uint32_t presence;
+
+    friend void PrintTo(const StopDecode& row, std::ostream* out) { *out << row.name; }
 };
 
 /// What one decode of an account identifier gives that held dwUINT32 77 under selector 42.
@@ -45,6 +48,8 @@ struct IdentifierDecode {
     size_t used;
     uint32_t value;
     long long selector;
+
+    friend void PrintTo(const IdentifierDecode& row, std::ostream* out) { *out << row.name; }
 };
 
 template <class Row>
@@ -80,6 +85,8 @@ struct Refusal {
     const char* name;
     const char* bytes;
     int result;
+
+    friend void PrintTo(const Refusal& row, std::ostream* out) { *out << row.name; }
 };
 
 const Refusal refusals[] = {

@@ -170,10 +170,14 @@ TEST(ReadBytes, RefusesANullDestinationWhateverTheCountAndTheInput) {
     EXPECT_EQ(null.readBytes(nullptr, 1), -8);
 }
 
+// Known at run time only: where compilers unfold a copy themselves, sanitizers cannot tell a copy
+// that may overlap from one that may not.
+volatile const size_t overlap = 4;
+
 TEST(ReadBytes, CopiesIntoOverlappingMemoryBehind) {
     char memory[6] = {1, 2, 3, 4, 5, 6};
     BrxReadBuf buf(memory, sizeof(memory));
-    EXPECT_EQ(buf.readBytes(memory + 2, 4), 0);
+    EXPECT_EQ(buf.readBytes(memory + 2, overlap), 0);
     EXPECT_EQ(toHex(memory, 6), "01 02 01 02 03 04");
     EXPECT_EQ(buf.position, 4U);
 }
@@ -182,7 +186,7 @@ TEST(ReadBytes, CopiesIntoOverlappingMemoryBefore) {
     char memory[6] = {1, 2, 3, 4, 5, 6};
     BrxReadBuf buf(memory, sizeof(memory));
     ASSERT_EQ(buf.skipForward(2), 0);
-    EXPECT_EQ(buf.readBytes(memory, 4), 0);
+    EXPECT_EQ(buf.readBytes(memory, overlap), 0);
     EXPECT_EQ(toHex(memory, 6), "03 04 05 06 05 06");
     EXPECT_EQ(buf.position, 6U);
 }

@@ -9,7 +9,7 @@
 namespace zrp_test {
 
 /// A regular expression for the report: path of the buffers' header, line, operation, expression.
-/// Both forms that the platforms print are taken: Assertion `…' and assertion "…".
+/// Both forms that the platforms print are taken: Assertion `...' and assertion "...".
 inline std::string invariantReport(const char* operation, int line) {
     return R"(\.\./\.\./\.\./\.\./Common/Source/Core/BRX/BrxBuf:)" + std::to_string(line) + ": " +
            operation + ": [Aa]ssertion .position <= length. failed";

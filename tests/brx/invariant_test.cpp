@@ -1,10 +1,12 @@
 // A position past the length is a broken caller, not a result: every operation of the buffers that
 // moves or stores bytes ends the program, with its own name and line.
-#include "tests/brx/invariant_report.h"
-
 #include <gtest/gtest.h>
 
+#include <ostream>
+#include <string>
+
 #include "Common/Source/Core/BRX/BrxBuf.h"
+#include "tests/brx/invariant_report.h"
 
 namespace zrp_test {
 
@@ -20,6 +22,8 @@ struct Operation {
     const char* reportedName;
     int reportedLine;
     void (*run)(Buffer& buf);
+
+    friend void PrintTo(const Operation& row, std::ostream* out) { *out << row.name; }
 };
 
 template <class Buffer>

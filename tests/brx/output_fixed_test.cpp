@@ -1,6 +1,8 @@
 // Writing integers of fixed width, bytes at given places, and runs of bytes.
 #include <gtest/gtest.h>
-#include <string.h>
+
+#include <ostream>
+#include <string>
 
 #include "tests/brx/guarded_output.h"
 #include "tests/brx/integer_kinds.h"
@@ -78,6 +80,8 @@ struct PositionalWriter {
     const char* name;
     int32_t (*write)(BrxWriteBuf& buf, size_t pos);
     const char* bytes;
+
+    friend void PrintTo(const PositionalWriter& row, std::ostream* out) { *out << row.name; }
 };
 
 const PositionalWriter positionalWriters[] = {
@@ -204,11 +208,15 @@ TEST(WriteBytes, RefusesANullSourceWhateverTheCountAndTheRoom) {
     EXPECT_EQ(null.writeBytes(nullptr, 1), -8);
 }
 
+// Known at run time only: where compilers unfold a copy themselves, sanitizers cannot tell a copy
+// that may overlap from one that may not.
+volatile const size_t overlap = 4;
+
 TEST(WriteBytes, CopiesFromOverlappingMemoryBefore) {
     char memory[6] = {1, 2, 3, 4, 5, 6};
     BrxWriteBuf buf(memory, sizeof(memory));
     buf.position = 2;
-    EXPECT_EQ(buf.writeBytes(memory, 4), 0);
+    EXPECT_EQ(buf.writeBytes(memory, overlap), 0);
     EXPECT_EQ(toHex(memory, 6), "01 02 01 02 03 04");
     EXPECT_EQ(buf.position, 6U);
 }
@@ -216,7 +224,7 @@ TEST(WriteBytes, CopiesFromOverlappingMemoryBefore) {
 TEST(WriteBytes, CopiesFromOverlappingMemoryBehind) {
     char memory[6] = {1, 2, 3, 4, 5, 6};
     BrxWriteBuf buf(memory, sizeof(memory));
-    EXPECT_EQ(buf.writeBytes(memory + 2, 4), 0);
+    EXPECT_EQ(buf.writeBytes(memory + 2, overlap), 0);
     EXPECT_EQ(toHex(memory, 6), "03 04 05 06 05 06");
     EXPECT_EQ(buf.position, 4U);
 }

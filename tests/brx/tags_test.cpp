@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <limits.h>
 
+#include <ostream>
+#include <string>
 #include <type_traits>
 
 #include "tests/brx/guarded_output.h"
@@ -79,6 +81,8 @@ struct Skip {
     const char* bytes;
     int32_t result;
     size_t moved;
+
+    friend void PrintTo(const Skip& row, std::ostream* out) { *out << row.name; }
 };
 
 const Skip skips[] = {

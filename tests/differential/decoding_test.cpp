@@ -68,7 +68,7 @@ TEST_P(DecodingDifference, CutEncodingsDecodeAlike) {
     forEachSeed(6 * variantCount(*GetParam().oracle) * differentialRounds(),
                 [&](Random& random, bool varint) {
                     const Bytes bytes = randomEncoding(random, varint);
-                    for (const size_t size : sizesUpTo(bytes.size(), 150, random)) {
+                    for (const size_t size : sizesUpTo(bytes.size(), 1500, random)) {
                         Bytes cut(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
                         ASSERT_TRUE(agree(compareDecode(cut, random)));
                         if (size >= 5) {
@@ -83,7 +83,7 @@ TEST_P(DecodingDifference, AnyDeclaredLengthIsTakenAlike) {
     forEachSeed(6 * variantCount(*GetParam().oracle) * differentialRounds(),
                 [&](Random& random, bool varint) {
                     Bytes bytes = randomEncoding(random, varint);
-                    for (const size_t size : sizesUpTo(bytes.size() + 3, 150, random)) {
+                    for (const size_t size : sizesUpTo(bytes.size() + 3, 1500, random)) {
                         putLength(bytes, 1, size);
                         ASSERT_TRUE(agree(compareDecode(bytes, random)));
                     }

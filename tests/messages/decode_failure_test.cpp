@@ -183,5 +183,29 @@ TEST(FailedDecode, PassesTheResultOfANestedFieldUp) {
     EXPECT_EQ(body.stAuthResInfo.stAccount.presence, 0x4u);
 }
 
+TEST(FailedDecode, DoesNotDependOnTheBytesBehindTheInput) {
+    for (const std::string& behind : {repeated(0x00, 512), repeated(0x7F, 512)}) {
+        for (const bool flavour : {varint, fixed}) {
+            SpecifyNameRouteInfo name = made<SpecifyNameRouteInfo>();
+            EXPECT_EQ(decodeFields(name, "15 00 00 00 80" + behind, flavour), (Read{-3, 5}));
+            TVESKAuthData data = made<TVESKAuthData>();
+            EXPECT_EQ(decodeFields(data, "25 00 00 00 00" + behind, flavour), (Read{-37, 5}));
+            TZRPCStopBody notice = made<TZRPCStopBody>();
+            EXPECT_EQ(decodeFields(notice, "26" + behind, flavour), (Read{-35, 1}));
+            EXPECT_EQ(decodeFields(notice, "25 7F 00 00 00" + behind, flavour), (Read{-2, 5}));
+            TZRPDataHead route = made<TZRPDataHead>();
+            EXPECT_EQ(decodeFields(route, "45 00 00 00 01 31 05" + behind, flavour),
+                      (Read{-34, 7}));
+            EXPECT_EQ(decodeFields(route, "45 00 00 00 02 56" + behind, flavour), (Read{-35, 6}));
+            TZRPAckBody body = made<TZRPAckBody>();
+            EXPECT_EQ(decodeFields(body, "25 00 00 00 04 35 00 00 01 00" + behind, flavour),
+                      (Read{-3, 10}));
+        }
+        TZRPAckBody body = made<TZRPAckBody>();
+        EXPECT_EQ(decodeFields(body, "25 00 00 00 01 20 05" + behind, varint), (Read{-34, 7}));
+        EXPECT_EQ(body.stAuthResInfo.wAuthType, 5);
+    }
+}
+
 }  // namespace
 }  // namespace zrp_test

@@ -101,6 +101,21 @@ TYPED_TEST(EveryStructure, DecodesEveryFieldOfBothFlavours) {
     }
 }
 
+TYPED_TEST(EveryStructure, DecodesTheSameWithBytesBehindTheDeclaredLength) {
+    for (const bool flavour : {varint, fixed}) {
+        const Encoding encoding = encodingOf<TypeParam>(flavour);
+        const size_t size = hex(encoding.all()).size();
+        for (const int behind : {0x00, 0x7F, 0xFF}) {
+            TypeParam object = made<TypeParam>();
+            EXPECT_EQ(
+                decode(object, encoding.all() + repeated(static_cast<unsigned char>(behind), 4096)),
+                (Read{0, size}));
+            Sample<TypeParam>::fields(object, Expect{});
+            EXPECT_EQ(object.presence, Sample<TypeParam>::presence);
+        }
+    }
+}
+
 TYPED_TEST(EveryStructure, DecodesFieldsInReverseOrderAndTwice) {
     for (const bool flavour : {varint, fixed}) {
         const Encoding encoding = encodingOf<TypeParam>(flavour);
@@ -256,7 +271,8 @@ TYPED_TEST(EveryStructure, SaysLengthMismatchWhereAFieldGoesPastTheDeclaredLengt
         for (size_t i = 0; i < encoding.fields.size(); ++i) {
             const size_t end = start + hex(encoding.fields[i]).size();
             for (size_t declared = start; declared < end; ++declared) {
-                const std::string input = enveloped(flavour, encoding.fieldBytes(), declared);
+                const std::string input =
+                    enveloped(flavour, encoding.fieldBytes(), declared) + repeated(0xFF, declared);
                 const bool complete = declared == start;
                 TypeParam object = made<TypeParam>();
                 EXPECT_EQ(decode(object, input),

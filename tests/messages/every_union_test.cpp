@@ -134,7 +134,8 @@ TYPED_TEST(EveryUnion, SaysLengthMismatchWhereTheMemberGoesPastTheDeclaredLength
             for (size_t declared = 0; declared < size; ++declared) {
                 TypeParam object = made<TypeParam>();
                 long long selector = noSelector;
-                EXPECT_EQ(decodeFields(object, selector, whole, flavour, declared),
+                EXPECT_EQ(decodeFields(object, selector, whole + repeated(0xFF, declared), flavour,
+                                       declared),
                           (Read{-34, size}));
                 EXPECT_EQ(selector, noSelector);
                 member.expect(object);

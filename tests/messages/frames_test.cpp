@@ -179,12 +179,12 @@ TEST(ReceivedFrame, CarriesAStructureInBothUnionsForTheAnswer) {
     EXPECT_EQ(frame.stHead.stExtend.construct(ZRP_CMD_ACK), 0);
     EXPECT_EQ(frame.stBody.construct(ZRP_CMD_ACK), 0);
     const std::string bytes =
-        "AA 00 00 00 4B 15 00 00 00 38 15 00 00 00 15 " + baseVarint("82 20") +
+        "AA 00 00 00 50 15 00 00 00 38 15 00 00 00 15 " + baseVarint("82 20") +
         "25 00 00 00 19 A5 80 04 00 00 00 12 11 00 21 00 35 00 00 00 02 01 00 41 00 50 80 08 60 00"
         " 25 00 00 00 09 A5 80 04 00 00 00 02 11 00";
     EXPECT_EQ(encode(frame, varint), written(0, bytes));
     TZRPInFrame decoded = made<TZRPInFrame>();
-    EXPECT_EQ(decode(decoded, bytes), (Read{0, 75}));
+    EXPECT_EQ(decode(decoded, bytes), (Read{0, 80}));
     EXPECT_EQ(decoded.stHead.stBase.wCommand, ZRP_CMD_ACK);
     EXPECT_EQ(decoded.stHead.stExtend.stAck.dwCompressLimit, 1024u);
     EXPECT_EQ(decoded.stBody.stAck.bHasAuthInfo, 0);

@@ -125,7 +125,7 @@ TEST(HandshakeRequest, AcceptsStructuresButNoUnionsOfLengthZero) {
               (Read{0, 17}));
     EXPECT_EQ(request.bHasRelayInfo, 1);
     EXPECT_EQ(request.bHasAuthInfo, 1);
-    EXPECT_EQ(decodeFields(request, "25 00 00 00 00 31 07", varint), (Read{-34, 7}));
+    EXPECT_EQ(decodeFields(request, "25 00 00 00 00 51 07", varint), (Read{-34, 7}));
     EXPECT_EQ(decodeFields(request, "25 00 00 00 00", varint), (Read{-2, 5}));
     EXPECT_EQ(decodeFields(request, "E5 01 00 00 00 00 31 07", varint), (Read{-34, 8}));
 }

@@ -128,6 +128,19 @@ TEST(RawFrame, DecodesAFrameWithoutBody) {
     EXPECT_EQ(memory.frame.stHead.presence, 0x3u);
 }
 
+TEST(RawFrame, SaysNoDataWhereTheInputEndsInsideItsHead) {
+    const Bytes whole = hex(headVarint("00"));
+    for (size_t size = 1; size < whole.size(); ++size) {
+        FrameAndBody memory;
+        const std::string start = toHex(whole.data(), size);
+        EXPECT_EQ(decodeFields(memory.frame, start, varint).result, -2) << size;
+        EXPECT_EQ(memory.frame.presence, 0x1u);
+        FrameAndBody other;
+        EXPECT_EQ(decodeFields(other.frame, headVarint("00"), varint, size),
+                  (Read{-34, whole.size()}));
+    }
+}
+
 TEST(RawFrame, DeliberatelyReadsTheBytesOfABodyAsFields) {
     FrameAndBody memory;
     memory.frame.stHead.stBase.dwBodyLen = 77;

@@ -238,6 +238,30 @@ TEST(Union, KeepsWhatAMemberThatFailsGathered) {
     EXPECT_EQ(selector, noSelector);
 }
 
+TEST(Union, ChangesNoMoreThanTheMemberItReads) {
+    struct Case {
+        const char* field;
+        const char* bytes;
+        size_t size;
+    };
+    for (const Case& c : {Case{"01 07", "07", 1}, Case{"35 00 00 00 02 61 62", "61 62 00", 3},
+                          Case{"35 00 00 00 00", "00", 1}, Case{"71 05", "", 0}}) {
+        TVESKIDValue value = dirty<TVESKIDValue>();
+        long long selector = noSelector;
+        EXPECT_EQ(decodeFields(value, selector, c.field, varint).result, 0);
+        EXPECT_EQ(image(value),
+                  toHex(hex(c.bytes + std::string(" ") + repeated(untouched, 256 - c.size))));
+    }
+    TVESKIDValue value = dirty<TVESKIDValue>();
+    long long selector = noSelector;
+    EXPECT_EQ(decodeFields(value, selector, "10 AC 02", varint), (Read{0, 3}));
+    EXPECT_EQ(value.dwUINT32, 300u);
+    EXPECT_EQ(head(value.szSTRING, 256).substr(12), repeated(untouched, 252));
+    EXPECT_EQ(decodeFields(value, selector, "20 AC 02", varint), (Read{0, 3}));
+    EXPECT_EQ(value.ullUINT64, 300u);
+    EXPECT_EQ(head(value.szSTRING, 256).substr(24), repeated(untouched, 248));
+}
+
 TEST(Union, AcceptsAStructureOfLengthZeroAndClearsItsPresenceBits) {
     TZRPRouteInfo route = made<TZRPRouteInfo>(1);
     route.stSpecifyZone.dwTypeID = 7;

@@ -1,6 +1,7 @@
 // The constants of the wire and of the catalogue, as numbers: other programs have them compiled in.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 #include "tests/brx/any_message.h"
@@ -15,6 +16,8 @@ struct Constant {
     const char* name;
     long long value;
     long long expected;
+
+    friend void PrintTo(const Constant& row, std::ostream* out) { *out << row.name; }
 };
 
 std::string constantName(const testing::TestParamInfo<Constant>& row) {
@@ -81,6 +84,8 @@ struct LargestSize {
     size_t fixed;
     size_t expectedVarint;
     size_t expectedFixed;
+
+    friend void PrintTo(const LargestSize& row, std::ostream* out) { *out << row.name; }
 };
 
 #define SIZE(Type, varint, fixed) \
