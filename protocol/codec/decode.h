@@ -146,20 +146,24 @@ ZRP_INLINE int predictFields(char* record, PredictingSource<Varint>& source, uin
 template <class Record, bool Varint>
 ZRP_INLINE int decodeFields(char* record, PredictingSource<Varint>& source, uint64_t length) {
     const Input& input = source.input();
-    const uint64_t end = input.offsetOf(source.at) + length;
-    uint32_t seen = 0;
-    if (length <= static_cast<size_t>(input.end - source.at)) {
-        const char* const until = source.at + length;
-        const char* const outer = source.narrow(until);
-        const int result = predictFields<Record>(record, source, seen, FieldIndices<Record>{});
-        source.widen(outer);
-        if (result < 0 || (result == 0 && source.at == until)) {
-            store(record + offsetof(Record, presence), seen);
-            return result;
-        }
+    char* const presence = record + offsetof(Record, presence);
+    if (length > static_cast<size_t>(input.end - source.at)) {
+        store(presence, uint32_t{0});
+        const uint64_t end = input.offsetOf(source.at) + length;
+        return goOn(source,
+                    finishStructure(typeIndex<Record>, record, input, source.at, end, Varint));
     }
-    store(record + offsetof(Record, presence), seen);
-    return goOn(source, finishStructure(typeIndex<Record>, record, input, source.at, end, Varint));
+    const char* const until = source.at + length;
+    const char* const outer = source.narrow(until);
+    uint32_t seen = 0;
+    const int result = predictFields<Record>(record, source, seen, FieldIndices<Record>{});
+    source.widen(outer);
+    store(presence, seen);
+    if (result < 0 || (result == 0 && source.at == until)) {
+        return result;
+    }
+    return goOn(source, finishStructure(typeIndex<Record>, record, input, source.at,
+                                        input.offsetOf(until), Varint));
 }
 
 /// Reads one field through `source`, whatever `length` says, and sets `selector` to its number.
@@ -168,28 +172,31 @@ ZRP_INLINE int decodeMember(char* value, long long& selector, PredictingSource<V
                             uint64_t length) {
     const Input& input = source.input();
     const char* const start = source.at;
-    const uint64_t end = input.offsetOf(start) + length;
-    const char* const outer = source.narrow(input.end);
-    uint32_t tag = 0;
-    int result = source.tag(tag);
-    if (result == 0) {
-        result = withField<Union>(
-            Quorva::BrxTLVUtil::getFieldId(tag),
-            [&]<class Member>(Member member) ZRP_INLINE_LAMBDA {
-                return source.template hasValue<Member>() ? decodeField(member, value, source)
-                                                          : surprise;
-            },
-            [] { return surprise; });
+    if (length <= static_cast<size_t>(input.end - start)) {
+        const char* const outer = source.narrow(input.end);
+        uint32_t tag = 0;
+        int result = source.tag(tag);
+        if (result == 0) {
+            result = withField<Union>(
+                Quorva::BrxTLVUtil::getFieldId(tag),
+                [&]<class Member>(Member member) ZRP_INLINE_LAMBDA {
+                    return source.template hasValue<Member>() ? decodeField(member, value, source)
+                                                              : surprise;
+                },
+                [] { return surprise; });
+        }
+        source.widen(outer);
+        if (result == 0 && static_cast<size_t>(source.at - start) <= length) {
+            selector = Quorva::BrxTLVUtil::getFieldId(tag);
+            return 0;
+        }
+        if (result < 0) {
+            return result;
+        }
     }
-    source.widen(outer);
-    // Past its end a union has its own result, for which the other way is as good.
-    if (result == 0 && input.offsetOf(source.at) <= end) {
-        selector = Quorva::BrxTLVUtil::getFieldId(tag);
-        return 0;
-    }
-    return result < 0 ? result
-                      : goOn(source, finishUnion(typeIndex<Union>, value, selector, input, start,
-                                                 end, Varint));
+    // Past its end a union has its own result: reading it again tells.
+    return goOn(source, finishUnion(typeIndex<Union>, value, selector, input, start,
+                                    input.offsetOf(start) + length, Varint));
 }
 
 /// The same out of line.

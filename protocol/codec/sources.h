@@ -69,7 +69,8 @@ class PredictingSource {
         if (at >= input_.varintsBefore) {
             return surprise;
         }
-        const wire::LoadedVarint loaded = wire::loadVarint<32>(at, input_.end);
+        // No tag of the catalogue takes more than the three bytes that this reads.
+        const wire::LoadedVarint loaded = wire::loadVarint<21>(at, input_.end);
         tag = static_cast<uint32_t>(loaded.value);
         return moveTo(loaded.end);
     }

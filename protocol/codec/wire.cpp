@@ -36,44 +36,54 @@ uint64_t joinGroups(uint64_t bytes) {
     return (bytes & 0x000000000FFFFFFF) | (bytes & 0x0FFFFFFF00000000) >> 4;
 }
 
-/// The varint within the `size` bytes at `from`, read as one number; 8 bytes at most.
-LoadedVarint loadWithin(const char* from, uint64_t bytes, size_t size) {
+/// The varint among 8 bytes of input, `from` and on; its end is null when it goes on past them.
+LoadedVarint loadAmong8(const char* from, uint64_t bytes) {
     const uint64_t ends = ~bytes & 0x8080808080808080;
-    const unsigned lastBit = static_cast<unsigned>(std::countr_zero(ends));
-    if (lastBit / 8 >= size) {
-        return {nullptr, 0};
+    if (ends == 0) {
+        return {nullptr, joinGroups(bytes)};
     }
-    const uint64_t upToEnd = bytes & (UINT64_MAX >> (63 - lastBit));
-    return {from + lastBit / 8 + 1, joinGroups(upToEnd)};
+    const unsigned lastBit = static_cast<unsigned>(std::countr_zero(ends));
+    return {from + lastBit / 8 + 1, joinGroups(bytes & (UINT64_MAX >> (63 - lastBit)))};
 }
 
 }  // namespace
 
-LoadedVarint loadLongVarint(const char* from, const char* inputEnd, unsigned bits) {
-    LoadedVarint loaded{};
+LoadedVarint loadLongVarint(const char* from, uint32_t two) {
+    using Quorva::brx_detail::byteAt;
+    const uint32_t third = byteAt(from, 2);
+    const uint32_t three = addGroup(two, third, 14);
+    if (third < 0x80) {
+        return {from + 3, three};
+    }
+    const uint32_t fourth = byteAt(from, 3);
+    const uint32_t four = addGroup(three, fourth, 21);
+    if (fourth < 0x80) {
+        return {from + 4, four};
+    }
+    const uint32_t fifth = byteAt(from, 4);
+    return {fifth <= 0xF ? from + 5 : nullptr, addGroup(four, fifth, 28)};
+}
+
+LoadedVarint loadLongVarint(const char* from, const char* inputEnd) {
     const size_t remaining = static_cast<size_t>(inputEnd - from);
     if (remaining < 8) {
+        // The end of the varint is among these bytes; what is behind them does not matter.
         uint64_t bytes = 0;
         for (size_t i = 0; i < remaining; ++i) {
             bytes |= loadLowFirst<1>(from + i) << (8 * i);
         }
-        loaded = loadWithin(from, bytes, remaining);
-    } else {
-        const uint64_t bytes = loadLowFirst<8>(from);
-        loaded = loadWithin(from, bytes, 8);
-        if (loaded.end == nullptr) {
-            // Nine or ten groups; the conditions of the call make sure that they are there.
-            const uint64_t ninth = loadLowFirst<1>(from + 8);
-            const uint64_t tenth = ninth < 0x80 ? 0 : loadLowFirst<1>(from + 9);
-            if (tenth > 1) {
-                return loaded;
-            }
-            loaded.end = from + (ninth < 0x80 ? 9 : 10);
-            loaded.value = joinGroups(bytes) | (ninth & 0x7F) << 56 | tenth << 63;
-        }
+        return loadAmong8(from, bytes);
     }
-    if (bits == 32 && (loaded.value > UINT32_MAX || loaded.end - from > 5)) {
-        loaded.end = nullptr;
+    LoadedVarint loaded = loadAmong8(from, loadLowFirst<8>(from));
+    if (loaded.end == nullptr) {
+        const uint64_t ninth = loadLowFirst<1>(from + 8);
+        loaded.value |= (ninth & 0x7F) << 56;
+        loaded.end = from + 9;
+        if (ninth >= 0x80) {
+            const uint64_t tenth = loadLowFirst<1>(from + 9);
+            loaded.value |= tenth << 63;
+            loaded.end = tenth <= 1 ? from + 10 : nullptr;
+        }
     }
     return loaded;
 }

@@ -110,12 +110,22 @@ struct LoadedVarint {
     uint64_t value;
 };
 
-/// Loads a varint of more than two groups and at most `bits` bits. The input holds its end or 10
-/// more bytes from `from` on, and ends at `inputEnd`.
-LoadedVarint loadLongVarint(const char* from, const char* inputEnd, unsigned bits);
+// Loading a varint takes input that holds its end or 10 more bytes from `from` on, and ends at
+// `inputEnd`. Values of more than two groups go on out of line: most are shorter.
 
-/// Loads a varint of `Bits` bits under the same conditions. One and two groups, and all that 16
-/// bits can take, are read here.
+/// Goes on after two groups that gave `two`, for up to 32 bits.
+LoadedVarint loadLongVarint(const char* from, uint32_t two);
+/// Starts again, for up to 64 bits: eight groups at once where the input is long enough.
+LoadedVarint loadLongVarint(const char* from, const char* inputEnd);
+
+/// The groups of `so` and the one in `byte`, which comes `shift` bits higher. The continuation bit
+/// of the group before stands where this one begins: it is taken out.
+inline uint32_t addGroup(uint32_t so, uint32_t byte, unsigned shift) {
+    return so + ((byte - 1) << shift);
+}
+
+/// Loads a varint of `Bits` bits. One and two groups, and all that 16 or 21 bits can take, are read
+/// here.
 template <unsigned Bits>
 ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* inputEnd) {
     using Quorva::brx_detail::byteAt;
@@ -124,17 +134,18 @@ ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* inputEnd) {
         return {from + 1, first};
     }
     const uint32_t second = byteAt(from, 1);
-    // The continuation bit of a byte stands where the next group begins: take it out there.
-    const uint32_t two = first + ((second - 1) << 7);
+    const uint32_t two = addGroup(first, second, 7);
     if (second < 0x80) {
         return {from + 2, two};
     }
-    if constexpr (Bits == 16) {
+    if constexpr (Bits <= 21) {
         const uint32_t third = byteAt(from, 2);
-        const bool fits = third <= 3;
-        return {fits ? from + 3 : nullptr, two + ((third - 1) << 14)};
+        const bool fits = third < 1u << (Bits - 14);
+        return {fits ? from + 3 : nullptr, addGroup(two, third, 14)};
+    } else if constexpr (Bits == 32) {
+        return loadLongVarint(from, two);
     } else {
-        return loadLongVarint(from, inputEnd, Bits);
+        return loadLongVarint(from, inputEnd);
     }
 }
 
