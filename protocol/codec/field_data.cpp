@@ -70,7 +70,9 @@ struct CatalogueData {
 template <class... Message>
 CatalogueData(TypeList<Message...>) -> CatalogueData<Message...>;
 
-constexpr CatalogueData catalogue{Catalogue{}};
+// The type is named first: g++ 12 puts a constant of a deduced class type into writable memory.
+using CatalogueTables = decltype(CatalogueData{Catalogue{}});
+constexpr CatalogueTables catalogue{Catalogue{}};
 
 }  // namespace
 

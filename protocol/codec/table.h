@@ -128,9 +128,10 @@ ZRP_INLINE auto withMember(long long selector, Found found, Missing missing) {
 namespace check {
 
 /// Breaks the compilation unless `Record` has exactly `Members` members: a field that no row names
-/// makes the binding fail, and the compiler says how many members there are.
+/// makes the binding fail, and the compiler says how many members there are. The return type is
+/// deduced so that asking for it compiles the body.
 template <size_t Members, class Record>
-constexpr bool hasMembers(const Record& record) {
+constexpr auto hasMembers(const Record& record) {
 #define ZRP_BIND(Count, ...)                                 \
     if constexpr (Members == (Count)) {                      \
         [[maybe_unused]] const auto& [__VA_ARGS__] = record; \
@@ -152,7 +153,7 @@ constexpr bool hasMembers(const Record& record) {
     ZRP_BIND(16, a, b, c, d, e, f, g, h, i, j, k, l, m, n, o, p)
 #undef ZRP_BIND
     static_assert(Members >= 2 && Members <= 16, "extend the list above");
-    return true;
+    return std::true_type{};
 }
 
 /// The alignment of a `Type` inside a record, which some platforms make less than outside.
@@ -261,7 +262,7 @@ struct StructureTable {
                       "the rows add up to the published largest size with varints");
         static_assert(envelopeSize + largestBody(false, publishedTagSize) == MaxFixed,
                       "the rows add up to the published largest size without varints");
-        return &check::hasMembers<Rows::count + 1, Record> != nullptr;
+        return decltype(check::hasMembers<Rows::count + 1>(std::declval<const Record&>()))::value;
     }
 };
 

@@ -172,7 +172,7 @@ TEST(ReadBytes, RefusesANullDestinationWhateverTheCountAndTheInput) {
 
 // Known at run time only: where compilers unfold a copy themselves, sanitizers cannot tell a copy
 // that may overlap from one that may not.
-volatile const size_t overlap = 4;
+static volatile const size_t overlap = 4;
 
 TEST(ReadBytes, CopiesIntoOverlappingMemoryBehind) {
     char memory[6] = {1, 2, 3, 4, 5, 6};

@@ -16,7 +16,8 @@ int releasesOfWatchedMemory = 0;
 
 }  // namespace
 
-void* operator new[](size_t size) {
+// Out of line: where compilers see through to malloc they take the delete for a mismatch.
+[[gnu::noinline]] void* operator new[](size_t size) {
     void* const memory = malloc(size != 0 ? size : 1);
     if (memory == nullptr) {
         abort();
@@ -24,7 +25,7 @@ void* operator new[](size_t size) {
     return memory;
 }
 
-void operator delete[](void* memory) noexcept {
+[[gnu::noinline]] void operator delete[](void* memory) noexcept {
     if (memory != nullptr && memory == watchedMemory) {
         ++releasesOfWatchedMemory;
     }

@@ -206,5 +206,114 @@ TEST(VarintFields, DeliberatelyPassOverA64BitUnsignedValueThatOverflows) {
     }
 }
 
+// --- Every group of every width -----------------------------------------------------------------
+
+/// What a varint yields whose group 0 is 0x55 and whose last group, numbered `index`, is `group`:
+/// the shift of a group is its number times 7, reduced modulo the width of the register, and the
+/// group must fit above it.
+struct Folded {
+    bool fits;
+    uint64_t gathered;
+};
+
+Folded fold(unsigned registerBits, uint64_t allOnes, unsigned index, unsigned group) {
+    const unsigned shift = 7 * index % registerBits;
+    const bool fits = group <= (allOnes >> shift);
+    const uint64_t last = fits ? static_cast<uint64_t>(group) << shift : 0;
+    return {fits, (0x55 | last) & allOnes};
+}
+
+std::string foldedBytes(unsigned index, unsigned group) {
+    const unsigned char last = static_cast<unsigned char>(group);
+    return "D5 " + repeated(0x80, index - 1) + ' ' + toHex(&last, 1) + ' ';
+}
+
+/// Calls `check` with the bytes, the number of the last group and its value, for groups up to the
+/// fortieth.
+template <class Check>
+void forEveryGroup(Check check) {
+    for (unsigned index = 1; index < 40; ++index) {
+        for (const unsigned group :
+             {0u, 1u, 2u, 3u, 4u, 7u, 8u, 15u, 16u, 31u, 32u, 63u, 64u, 127u}) {
+            check(foldedBytes(index, group), index, group);
+        }
+    }
+}
+
+/// Decodes one field of one varint and compares it with what its groups yield.
+template <class T, class Integer>
+void expectFolded(Integer T::*field, const std::string& tag, const std::string& bytes,
+                  const Folded& expected, Integer value) {
+    const size_t size = hex(bytes).size();
+    for (const std::string& behind : {std::string(), repeated(0xFF, 16), repeated(0x00, 16)}) {
+        T object = made<T>();
+        EXPECT_EQ(decodeFields(object, tag + bytes + behind, varint, 1 + size),
+                  (expected.fits ? Read{0, 1 + size} : Read{-2, 1}))
+            << bytes;
+        EXPECT_EQ(object.*field, value) << bytes;
+    }
+}
+
+TEST(VarintFields, FoldEveryGroupOf16Bits) {
+    forEveryGroup([](const std::string& bytes, unsigned index, unsigned group) {
+        const Folded expected = fold(32, 0xFFFF, index, group);
+        expectFolded(&TZRPBase::wMagic, "10 ", bytes, expected,
+                     static_cast<uint16_t>(expected.gathered));
+    });
+}
+
+TEST(VarintFields, FoldEveryGroupOf32Bits) {
+    forEveryGroup([](const std::string& bytes, unsigned index, unsigned group) {
+        const Folded expected = fold(32, 0xFFFFFFFF, index, group);
+        expectFolded(&TZRPCStopBody::dwReserved, "10 ", bytes, expected,
+                     static_cast<uint32_t>(expected.gathered));
+        // Group 0 has bit 0 set, so that the number is a negative one.
+        const uint32_t raw = static_cast<uint32_t>(expected.gathered);
+        expectFolded(&TZRPRelayReqBody::iRelayType, "10 ", bytes, expected,
+                     static_cast<int32_t>(~(raw >> 1)));
+    });
+}
+
+TEST(VarintFields, FoldEveryGroupOf64Bits) {
+    forEveryGroup([](const std::string& bytes, unsigned index, unsigned group) {
+        const Folded expected = fold(64, UINT64_MAX, index, group);
+        // An unsigned value that does not fit is passed over and fails as a tag.
+        expectFolded(&TZRPRouteChangeBody::ullServerID, "10 ", bytes, expected, expected.gathered);
+        expectFolded(&TZRPRelay::llSessionID, "40 ", bytes, expected,
+                     static_cast<int64_t>(~(expected.gathered >> 1)));
+    });
+}
+
+TEST(VarintFields, StepOverEveryGroupOfAnUnknownField) {
+    forEveryGroup([](const std::string& bytes, unsigned index, unsigned group) {
+        const Folded expected = fold(64, UINT64_MAX, index, group);
+        const size_t size = hex(bytes).size();
+        for (const bool flavour : {varint, fixed}) {
+            for (const std::string& behind : {std::string(), repeated(0x00, 16)}) {
+                TZRPCStopBody notice = made<TZRPCStopBody>();
+                EXPECT_EQ(decodeFields(notice, "20 " + bytes + behind, flavour, 1 + size),
+                          (expected.fits ? Read{0, 1 + size} : Read{-2, 1}))
+                    << bytes;
+            }
+        }
+    });
+}
+
+TEST(VarintFields, FoldEveryGroupOfATag) {
+    // Group 0 makes it a field of number 5 or above, which the stop notice does not know; its type
+    // is 5, unless a group was folded into it.
+    forEveryGroup([](const std::string& bytes, unsigned index, unsigned group) {
+        const Folded expected = fold(32, 0xFFFFFFFF, index, group);
+        const size_t size = hex(bytes).size();
+        TZRPCStopBody notice = made<TZRPCStopBody>();
+        EXPECT_EQ(decodeFields(notice, bytes + "00 00 00 00", varint, size + 4),
+                  (expected.fits && (expected.gathered & 0xF) == 5 ? Read{0, size + 4}
+                   : expected.fits                                 ? Read{-35, size}
+                                                                   : Read{-2, 0}))
+            << bytes;
+        EXPECT_EQ(notice.presence, 0u);
+    });
+}
+
 }  // namespace
 }  // namespace zrp_test

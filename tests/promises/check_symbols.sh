@@ -15,8 +15,9 @@ if [ $# -lt 1 ] || [ $# -gt 2 ]; then
 fi
 archive=$1
 nm=${2:-nm}
-# .../aarch64-linux-gnu-nm and llvm-nm-14 have their objdump beside them.
-objdump=$(printf '%s\n' "$nm" | sed 's/nm\(-[0-9.]*\)\{0,1\}$/objdump\1/')
+# .../aarch64-linux-gnu-nm and llvm-nm-14 have their objdump beside them; gcc-nm wraps plain nm.
+objdump=$(printf '%s\n' "$nm" | sed -e 's/gcc-nm\(-[0-9.]*\)\{0,1\}$/nm/' \
+    -e 's/nm\(-[0-9.]*\)\{0,1\}$/objdump\1/')
 
 fail() {
     echo "check_symbols: $archive: $1" >&2

@@ -16,10 +16,10 @@ namespace brx_detail {
 void invariantFailed(const char* operation, int line) {
     const char* const path = "../../../../Common/Source/Core/BRX/BrxBuf";
     const char* const expression = "position <= length";
-#if defined(__GLIBC__)
-    __assert_fail(expression, path, static_cast<unsigned>(line), operation);
-#elif defined(__BIONIC__)
+#if defined(__BIONIC__)
     __assert2(path, line, operation, expression);
+#elif defined(__GLIBC__) || defined(__linux__)
+    __assert_fail(expression, path, static_cast<unsigned>(line), operation);
 #elif defined(__APPLE__)
     __assert_rtn(operation, path, line, expression);
 #else
