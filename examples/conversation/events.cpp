@@ -14,7 +14,7 @@ static_assert(std::is_trivially_copyable_v<Event::Facts>);
 
 namespace {
 
-constexpr size_t largestEvent = 128 * 1024;
+constexpr size_t largestEvent = size_t{128} * 1024;
 
 void appendText(std::string& message, const std::string& text) {
     const uint32_t size = static_cast<uint32_t>(text.size());

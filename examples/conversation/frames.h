@@ -22,7 +22,7 @@ constexpr uint16_t headVersion = 1;
 constexpr uint16_t bodyVersion = 1;
 
 /// The largest raw body that either end sends or takes.
-constexpr size_t largestBody = 64 * 1024;
+constexpr size_t largestBody = size_t{64} * 1024;
 
 /// The largest frame that either end takes. The published largest size of TZRPFrame counts the tag
 /// and the length of the body, but no body byte.
