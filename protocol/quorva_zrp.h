@@ -13,7 +13,8 @@
 /// What was decoded is a peer's word. A count may exceed its array, a selector may name a member
 /// that did not arrive (fields come in any order) or none at all, and the head and the body of a
 /// frame may have been sent for different commands; encoders and printers refuse what they cannot
-/// handle.
+/// handle, but for the `dwBodyLen` of a TZRPFrame, which they trust. Object and buffer must not
+/// overlap.
 ///
 /// Results are 0 or one of the negative `Quorva::BRX_ERR_...` codes of BrxBuf.h. Nothing throws,
 /// allocates, does input or output, or keeps state; calls on different objects may run on different
@@ -30,7 +31,8 @@ namespace quorva_zrp {
 
 // --- Command codes ------------------------------------------------------------------------------
 // `TZRPBase::wCommand` decides which head extension and which body a frame carries. The high byte
-// groups one exchange; the low byte is 1 for the client's message of it and 2 for the server's.
+// groups one exchange; the low byte is 1 for the client's message of it and 2 for the server's, but
+// for data, which both send.
 //
 //                                                       head extension       body
 constexpr uint16_t ZRP_CMD_NULL = 0;                      // chNull               chNull
@@ -691,8 +693,12 @@ struct TZRPHead {
 /// A frame whose body is already encoded: the sender's form. The body bytes lie directly after the
 /// record in the caller's memory, stHead.stBase.dwBodyLen of them: allocate sizeof(TZRPFrame) plus
 /// the body, and reach it as `szBody` or `reinterpret_cast<uint8_t*>(&frame + 1)`; both are the
-/// same place. The count is not checked against anything. Deliberate: decoding stores no body byte;
-/// a received frame is decoded as TZRPInFrame, or its body is found in the encoded bytes.
+/// same place.
+/// Deliberate: the count is not checked against anything, since only the caller knows what lies
+/// behind the record. After a decode it is the peer's number: set it to the bytes that are there
+/// before encoding or printing. A total length above 32 bits travels cut to them.
+/// Deliberate: decoding stores no body byte. A received frame is decoded as TZRPInFrame, or its
+/// body is found in the encoded bytes.
 struct TZRPFrame {
     TZRPHead stHead;  ///< head
     mutable uint32_t presence;

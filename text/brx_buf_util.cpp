@@ -8,7 +8,7 @@
 //
 // Four blanks a level, none for a negative indent. Texts are quoted; what is not printable UTF-8 in
 // them is escaped, so that no peer can put line breaks or terminal sequences into a log. An entry
-// that does not fit leaves the buffer as it was before it.
+// that does not fit is taken back; the entries before it are then still a NUL-terminated text.
 
 #include "Common/Source/Core/BRX/BrxBufUtil.h"
 
@@ -28,9 +28,13 @@ class Entry {
     Entry(const Entry&) = delete;
     Entry& operator=(const Entry&) = delete;
 
-    void write(const char* text, size_t size) { step(buf_.writeBytes(text, size)); }
+    void write(const char* text, size_t size) {
+        if (result_ == 0) {
+            step(buf_.writeBytes(text, size));
+        }
+    }
 
-    void format(const char* pattern, va_list arguments) BRX_PRINTF_LIKE(2, 0) {
+    void vformat(const char* pattern, va_list arguments) BRX_PRINTF_LIKE(2, 0) {
         if (result_ == 0) {
             step(buf_.vtextize(pattern, arguments));
         }
@@ -39,7 +43,7 @@ class Entry {
     void format(const char* pattern, ...) BRX_PRINTF_LIKE(2, 3) {
         va_list arguments;
         va_start(arguments, pattern);
-        format(pattern, arguments);
+        vformat(pattern, arguments);
         va_end(arguments);
     }
 
@@ -57,6 +61,9 @@ class Entry {
     int32_t finish() {
         if (result_ != 0) {
             buf_.position = start_;
+            if (start_ < buf_.length) {
+                buf_.beginPtr[start_] = '\0';  // the entries before it are still a text
+            }
         }
         return result_;
     }
@@ -144,7 +151,7 @@ int32_t BrxBufUtil::printVariable(BrxWriteBuf& buf, int indent, char separator, 
     entry.write(" ", 1);
     va_list arguments;
     va_start(arguments, format);
-    entry.format(format, arguments);
+    entry.vformat(format, arguments);
     va_end(arguments);
     return entry.finish(separator);
 }

@@ -20,7 +20,6 @@ inline void constructField(Field field, char* record) {
         if constexpr (std::is_same_v<typename Field::Default, DefaultValue<0>>) {
             at[0] = '\0';  // the rest of the text stays as it was
         } else {
-            static_assert(Field::Default::size <= sizeof(Type), "the default fits its field");
             memset(at, 0, sizeof(Type));
             memcpy(at, Field::Default::value, Field::Default::size);
         }

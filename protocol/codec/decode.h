@@ -95,7 +95,7 @@ struct DecodeStep {
 /// Leaves the rest to CheckedSource: runs `decode` over the input from `at` on.
 template <class Decode>
 inline DecodeStep decodeChecked(const Input& input, const char* at, bool varint, Decode decode) {
-    BrxReadBuf buf(input.begin, input.size());
+    BrxReadBuf buf(input.begin, input.size);
     buf.position = input.offsetOf(at);
     CheckedSource source(buf, varint);
     const int result = decode(source);
@@ -253,7 +253,7 @@ inline int decodeFrom(Record& object, BrxReadBuf& buf, uint64_t length) {
         object.presence = 0;
         return decodeInAnyOrder(typeIndex<Record>, bytesOf(object), source, buf.position + length);
     }
-    const Input input(buf.beginPtr, buf.length);
+    const Input input(buf.beginPtr, buf.length, buf.position, length);
     const DecodeStep step =
         decode<Record, Varint>(bytesOf(object), input, buf.beginPtr + buf.position, length);
     buf.position = input.offsetOf(step.at);
@@ -268,7 +268,7 @@ inline int decodeFrom(Union& object, long long& selector, BrxReadBuf& buf, uint6
         return decodeMember(typeIndex<Union>, bytesOf(object), selector, source,
                             buf.position + length);
     }
-    const Input input(buf.beginPtr, buf.length);
+    const Input input(buf.beginPtr, buf.length, buf.position, length);
     const DecodeStep step = decode<Union, Varint>(bytesOf(object), selector, input,
                                                   buf.beginPtr + buf.position, length);
     buf.position = input.offsetOf(step.at);

@@ -50,7 +50,7 @@ inline int unpack(const char* buffer, size_t size, size_t* usedSize, Decode deco
     if (const int result = readEnvelope(buffer, size, envelope); result != 0) {
         return result;
     }
-    const Input input(buffer, size);
+    const Input input(buffer, size, envelopeSize, envelope.bodyLength);
     const DecodeStep step = decode(input, envelope);
     if (usedSize != nullptr) {
         *usedSize = input.offsetOf(step.at);

@@ -17,6 +17,7 @@ struct TypeList {
     static constexpr uint8_t indexOf() {
         size_t index = 0;
         (void)((!std::is_same_v<Message, Wanted> && ++index != 0) && ...);
+        static_assert((std::is_same_v<Message, Wanted> || ...), "the type is in the catalogue");
         return static_cast<uint8_t>(index);
     }
 };

@@ -38,6 +38,9 @@ constexpr Kind kindOf() {
     if constexpr (std::is_same_v<Type, TrailingBytes>) {
         return Kind::trailingBytes;
     } else if constexpr (std::is_integral_v<Type>) {
+        constexpr bool signedOnlyFrom32 = std::is_unsigned_v<Type> || sizeof(Type) != 2;
+        static_assert(signedOnlyFrom32 && !std::is_same_v<Type, bool>,
+                      "the wire has no signed 16-bit integers and no booleans");
         return Kind::integer;
     } else if constexpr (std::is_union_v<Type>) {
         return Kind::selectedUnion;
@@ -155,6 +158,15 @@ struct Ungoverned {
 template <uint64_t Value>
 struct DefaultValue {
     static constexpr uint64_t value = Value;
+
+    template <class Type>
+    static constexpr bool suits() {
+        if constexpr (std::is_integral_v<Type>) {
+            return static_cast<uint64_t>(static_cast<Type>(Value)) == Value;
+        } else {
+            return Value == 0;
+        }
+    }
 };
 
 /// Marks a nested value that steady traffic passes: its code becomes part of its holder's straight
@@ -177,6 +189,11 @@ template <Text Value>
 struct DefaultText {
     static constexpr const char* value = Value.characters;
     static constexpr size_t size = sizeof(Value.characters);
+
+    template <class Type>
+    static constexpr bool suits() {
+        return kindOf<Type>() == Kind::text && size <= sizeof(Type);
+    }
 };
 
 namespace attribute {
@@ -228,6 +245,15 @@ struct Row {
     static constexpr const char* label = Label.characters;
     static constexpr uint32_t presenceBit = PresenceBit;
     static constexpr bool isHot = (std::is_same_v<Attributes, Hot> || ...);
+
+    static constexpr bool isNested =
+        kindOf<Type>() == Kind::structure || kindOf<Type>() == Kind::selectedUnion;
+    static_assert(Governor::size == 0 || isNested || kindOf<Type>() == Kind::bytes ||
+                      kindOf<Type>() == Kind::trailingBytes,
+                  "byte arrays, structures and unions have governors, other fields have none");
+    static_assert(!isHot || isNested, "only nested values are hot");
+    static_assert(Default::template suits<Type>(), "a default is of its field's kind and size");
+    static_assert(makeTag(Number, wireDelimited) < 1u << 21, "a tag takes at most three bytes");
 
     static constexpr uint32_t number() { return Number; }
     static constexpr size_t offset() { return Offset; }

@@ -9,7 +9,6 @@
 
 namespace quorva_zrp::codec {
 
-using Quorva::BrxReadBuf;
 using Quorva::BrxWriteBuf;
 
 template <bool Varint>

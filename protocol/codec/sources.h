@@ -1,5 +1,5 @@
-// Where a decoder reads. Both sources offer the same steps; each returns 0, a result code, or
-// `surprise`.
+// Where a decoder reads. Both sources offer the same steps over values (`tag`, `integer`, `length`,
+// `text`, `bytes`); each returns 0, a result code, or `surprise`.
 //
 // CheckedSource goes through BrxReadBuf step by step. PredictingSource reads what an encoder of
 // this protocol writes for input that is all there; whatever else it meets it leaves untouched and
@@ -11,7 +11,6 @@
 namespace quorva_zrp::codec {
 
 using Quorva::BrxReadBuf;
-using Quorva::BrxWriteBuf;
 
 /// Not a result code: the predicting source met something it does not handle and did nothing.
 constexpr int surprise = 1;
@@ -19,12 +18,20 @@ constexpr int surprise = 1;
 /// The bytes being decoded.
 struct Input {
     const char* begin;
-    const char* end;
-    /// A varint that begins before this point has its end inside the input, or 10 bytes of input,
+    size_t size;      ///< bytes that may be read
+    const char* end;  ///< where the message ends, inside them; prediction looks no further
+
+    /// A varint that begins before this point has its end inside the message, or 10 bytes of it,
     /// which no varint of an encoder exceeds: its bytes need no bounds checks of their own.
     const char* varintsBefore;
 
-    Input(const char* from, size_t size) : begin(from), end(from + size), varintsBefore(end) {
+    /// A message of `length` bytes at `offset`, at most `bytes`; one that would not fit is left to
+    /// CheckedSource whole.
+    Input(const char* from, size_t bytes, size_t offset, uint64_t length)
+        : begin(from),
+          size(bytes),
+          end(from + offset + (length <= bytes - offset ? static_cast<size_t>(length) : 0)),
+          varintsBefore(end) {
         constexpr ptrdiff_t longest = largestInteger<uint64_t>(true);
         while (varintsBefore != begin && end - varintsBefore < longest - 1 &&
                Quorva::brx_detail::byteAt(varintsBefore - 1, 0) >= 0x80) {
@@ -32,7 +39,6 @@ struct Input {
         }
     }
 
-    size_t size() const { return static_cast<size_t>(end - begin); }
     size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
 };
 

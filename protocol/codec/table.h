@@ -194,6 +194,24 @@ constexpr bool presenceFollowsRows() {
     return follows;
 }
 
+/// Whether bytes behind a record are named by its last row, where they lie, and by no other.
+template <class Record, class Last, class... Row>
+constexpr bool trailingRowIsLast() {
+    const size_t trailing = (size_t{0} + ... + (Row::kind() == Kind::trailingBytes ? 1 : 0));
+    return trailing == 0 || (trailing == 1 && Last::kind() == Kind::trailingBytes &&
+                             Last::offset() == sizeof(Record) && Last::isGoverned());
+}
+
+/// Whether a row's type has bytes behind it: then it cannot lie in another record.
+template <class Row>
+constexpr bool holdsBytesBehind() {
+    if constexpr (Row::kind() == Kind::structure) {
+        return Fields<typename Row::type>::hasBytesBehind;
+    } else {
+        return false;
+    }
+}
+
 /// Whether a governor can do its work: a count holds the capacity, a flag holds 1, a selector holds
 /// every member's number.
 template <class Row>
@@ -254,6 +272,10 @@ struct StructureTable {
                       "rows name the fields of the record in declaration order");
         static_assert(check::presenceFollowsRows<Row...>(),
                       "presence bits follow declaration order");
+        static_assert(check::trailingRowIsLast<Record, typename Rows::template At<Rows::count - 1>,
+                                               Row...>() &&
+                          (!check::holdsBytesBehind<Row>() && ...),
+                      "bytes behind a record are governed and end the outermost record");
         static_assert((check::governorIsWideEnough<Row>() && ...),
                       "a governor holds every value that it may need");
         static_assert(check::governorsComeBefore<Rows>(std::make_index_sequence<Rows::count - 1>{}),
@@ -283,6 +305,8 @@ struct UnionTable {
     static constexpr bool check() {
         static_assert(Rows::numbersAscend(), "selectors ascend, so each names one member");
         static_assert(((Row::offset() == 0) && ...), "members share one storage");
+        static_assert((!check::holdsBytesBehind<Row>() && ...),
+                      "bytes behind a record are governed and end the outermost record");
         static_assert(Rows::template At<0>::number() == 0 &&
                           std::is_same_v<typename Rows::template At<0>::type, int8_t>,
                       "selector 0 names a placeholder byte");

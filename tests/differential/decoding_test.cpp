@@ -151,8 +151,9 @@ TEST_P(DecodingDifference, FieldsDecodeAlikeFromAnyPositionOverAnyLength) {
         bytes.insert(bytes.end(), fields.begin(), fields.end());
         bytes = withTail(bytes, random);
         const size_t length = random.pick<size_t>(
-            {fields.size(), fields.size() - 1, fields.size() + 1, random.below(fields.size() + 8),
-             0, SIZE_MAX, SIZE_MAX - start, SIZE_MAX - start + 1, random.next()});
+            {fields.size(), fields.size() - 1, fields.size() + 1,
+             static_cast<size_t>(random.below(fields.size() + 8)), 0, SIZE_MAX, SIZE_MAX - start,
+             SIZE_MAX - start + 1, static_cast<size_t>(random.next())});
         ASSERT_TRUE(agree(compareUnpackFields(GetParam(), randomTarget(GetParam(), random), bytes,
                                               start, length, varint)));
     });

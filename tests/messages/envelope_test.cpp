@@ -159,6 +159,9 @@ TEST(MessageEnvelope, IsLeftOutByTheFieldEncodersAndDecoders) {
 }
 
 TEST(MessageEnvelope, EndsFieldsWhereThePositionPlusTheLengthWrapsTo) {
+    if (sizeof(size_t) < sizeof(uint64_t)) {
+        GTEST_SKIP() << "ends have 64 bits, which a 32-bit length does not make wrap";
+    }
     const std::string input = "77 77 77 77 77 10 05";
     const Bytes bytes = hex(input);
     TZRPCStopBody notice = made<TZRPCStopBody>();

@@ -208,6 +208,9 @@ TEST(Union, DeliberatelyReadsAFieldWhereTheDeclaredLengthIsBelowFive) {
 }
 
 TEST(Union, EndsWhereThePositionPlusTheLengthWrapsTo) {
+    if (sizeof(size_t) < sizeof(uint64_t)) {
+        GTEST_SKIP() << "ends have 64 bits, which a 32-bit length does not make wrap";
+    }
     const Bytes bytes = hex("77 77 77 77 77 10 05");
     TVESKIDValue value = made<TVESKIDValue>();
     long long selector = noSelector;

@@ -178,7 +178,7 @@ int unpackStructureFields(const Type& type, void* record, InputCursor& in, uint6
 }  // namespace
 
 int unpackFields(const Type& type, void* record, long long* selector, InputCursor& in,
-                 size_t length, bool varint) {
+                 uint64_t length, bool varint) {
     // Wraps around for an envelope that declares less than its own 5 bytes.
     const uint64_t end = uint64_t{in.used} + length;
     return type.isUnion ? unpackUnionFields(type, record, *selector, in, end, varint)

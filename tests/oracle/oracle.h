@@ -30,7 +30,7 @@ int unpack(const Type& type, void* record, long long* selector, const char* buff
            size_t* used);
 /// The fields alone, from where the cursor stands until `length` bytes are consumed.
 int unpackFields(const Type& type, void* record, long long* selector, InputCursor& in,
-                 size_t length, bool varint);
+                 uint64_t length, bool varint);
 
 /// The largest encoding, envelope included, by the rule; nothing is looked up.
 size_t largestSize(const Type& type, bool varint);

@@ -80,6 +80,15 @@ TEST(TextLayout, AnIndentBeyondTheBufferDoesNotFit) {
     EXPECT_EQ(buf.getUsedSize(), 0u);
 }
 
+TEST(TextLayout, AnEntryThatDoesNotFitLeavesTheOnesBeforeItATextOfTheirOwn) {
+    char memory[24];
+    BrxWriteBuf buf(memory, sizeof(memory));
+    ASSERT_EQ(BrxBufUtil::printVariable(buf, 0, '\n', "[wType]", "%d", 5), 0);
+    EXPECT_EQ(BrxBufUtil::printString(buf, 0, '\n', "[szAtk]", "longer than the rest"),
+              BRX_ERR_NO_ROOM);
+    EXPECT_STREQ(memory, "[wType] 5\n");
+}
+
 TEST(TextLayout, TheSeparatorEndsAnEntryAndAnUncountedNulFollows) {
     char memory[16];
     memset(memory, '#', sizeof(memory));

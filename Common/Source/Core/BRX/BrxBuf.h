@@ -36,7 +36,7 @@ namespace Quorva {
 /// The output buffer lacks room, or formatted text failed or did not fit.
 constexpr int32_t BRX_ERR_NO_ROOM = -1;
 /// The input ends before the value does, a varint overflows its width, or an envelope declares
-/// more bytes than were given.
+/// more bytes than were given. `readVarUInt64` never gives it.
 constexpr int32_t BRX_ERR_NO_DATA = -2;
 /// A text has no NUL within its capacity, or arrives with a length at or above it.
 constexpr int32_t BRX_ERR_TEXT_TOO_LONG = -3;
@@ -196,7 +196,7 @@ class BrxWriteBuf {
     char* beginPtr;
     /// Bytes written so far; the next byte goes to beginPtr[position].
     size_t position;
-    /// Bytes available; 0 whenever `beginPtr` is null.
+    /// Bytes available; 0 when set over a null pointer.
     size_t length;
     /// When true the destructor releases `beginPtr` with array delete. Nothing here sets it.
     bool ownsMemory;
@@ -217,8 +217,9 @@ class BrxWriteBuf {
         position = 0;
         length = begin != nullptr ? size : 0;
     }
-    /// Releases `beginPtr` with array delete if it is not null, then clears it and `ownsMemory`;
-    /// `position` and `length` stay as they were.
+    /// Releases `beginPtr` with array delete if it is not null, then clears it and `ownsMemory`.
+    /// Deliberate: `position` and `length` stay as they were; the buffer must be set again before
+    /// use.
     void _free();
 
     size_t getUsedSize() const { return position; }
@@ -376,7 +377,7 @@ class BrxReadBuf {
     const char* beginPtr;
     /// Bytes consumed so far; the next byte read is beginPtr[position].
     size_t position;
-    /// Bytes available; 0 whenever `beginPtr` is null.
+    /// Bytes available; 0 when set over a null pointer.
     size_t length;
 
     /// Borrows `size` bytes at `begin`; a null `begin` makes a buffer of length 0.
