@@ -1,6 +1,4 @@
-// The field tables: accounts and authentication. A row is a field's number, the two halves of its
-// name, and what governs it or is its default; everything else about the field follows from the
-// record in quorva_zrp.h. The rows are the codec of their type.
+// The field tables of the messages: accounts and authentication.
 #pragma once
 
 #include "protocol/codec/table.h"

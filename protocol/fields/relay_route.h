@@ -1,6 +1,4 @@
-// The field tables: relay and routing. A row is a field's number, the two halves of its
-// name, and what governs it or is its default; everything else about the field follows from the
-// record in quorva_zrp.h. The rows are the codec of their type.
+// The field tables of the messages: relay and routing.
 #pragma once
 
 #include "protocol/codec/table.h"
