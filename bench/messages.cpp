@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "bench/harness/oracle_types.h"
 #include "tests/oracle/oracle.h"
 
 namespace zrp_bench {
@@ -245,11 +246,12 @@ std::vector<Message<RawFrame>> makeBodySweep() {
     return made;
 }
 
-std::string encodedByOracle(const zrp_oracle::Type& type, const void* record, size_t room) {
+template <class Shape>
+std::string encodedByOracle(const Shape& values, size_t room) {
     std::string bytes(room, '\0');
     size_t used = 0;
-    const int result =
-        zrp_oracle::pack(type, record, 0, bytes.data(), bytes.size(), &used, true);
+    const int result = zrp_oracle::pack(typeOf(values), recordOf(values), 0, bytes.data(),
+                                        bytes.size(), &used, true);
     bytes.resize(used);
     return std::to_string(result) + ":" + bytes;
 }
@@ -262,12 +264,19 @@ RawFrame::RawFrame(size_t bodyCapacity) : memory_(sizeof(TZRPFrame) + bodyCapaci
     (void)frame().construct();
 }
 
-bool RawFrame::setBody(const void* from, size_t size) {
+bool RawFrame::setBodySize(size_t size) {
     if (size > bodyCapacity()) {
         return false;
     }
-    memcpy(bodyStart(), from, size);
     bodySize_ = size;
+    return true;
+}
+
+bool RawFrame::setBody(const void* from, size_t size) {
+    if (!setBodySize(size)) {
+        return false;
+    }
+    memcpy(bodyStart(), from, size);
     return true;
 }
 
@@ -348,24 +357,22 @@ RawFrame blankLike(const RawFrame& values) {
 }
 
 std::string valuesOf(const Base& values) {
-    return encodedByOracle(zrp_oracle::typeTZRPBase, &values, TZRPBase_MAX_VARINT);
+    return encodedByOracle(values, TZRPBase_MAX_VARINT);
 }
 
 std::string valuesOf(const Notice& values) {
-    return encodedByOracle(zrp_oracle::typeTZRPAuthRefreshNotifyBody, &values,
-                           TZRPAuthRefreshNotifyBody_MAX_VARINT);
+    return encodedByOracle(values, TZRPAuthRefreshNotifyBody_MAX_VARINT);
 }
 
 std::string valuesOf(const Frame& values) {
-    return encodedByOracle(zrp_oracle::typeTZRPInFrame, &values, TZRPInFrame_MAX_VARINT);
+    return encodedByOracle(values, TZRPInFrame_MAX_VARINT);
 }
 
 std::string valuesOf(const RawFrame& values) {
     if (values.head().stBase.dwBodyLen != values.body().size()) {
         return "a body of another length than its head says";
     }
-    return encodedByOracle(zrp_oracle::typeTZRPFrame, &values.frame(),
-                           TZRPFrame_MAX_VARINT + 9 + values.body().size());
+    return encodedByOracle(values, TZRPFrame_MAX_VARINT + 9 + values.body().size());
 }
 
 }  // namespace zrp_bench

@@ -19,7 +19,9 @@ class RawFrame {
   public:
     explicit RawFrame(size_t bodyCapacity);
 
-    quorva_zrp::TZRPFrame& frame() { return *reinterpret_cast<quorva_zrp::TZRPFrame*>(memory_.data()); }
+    quorva_zrp::TZRPFrame& frame() {
+        return *reinterpret_cast<quorva_zrp::TZRPFrame*>(memory_.data());
+    }
     const quorva_zrp::TZRPFrame& frame() const {
         return *reinterpret_cast<const quorva_zrp::TZRPFrame*>(memory_.data());
     }
@@ -33,6 +35,8 @@ class RawFrame {
 
     /// Copies a body in; false when it is larger than the capacity.
     bool setBody(const void* from, size_t size);
+    /// For those who put the bytes at `bodyStart` themselves.
+    bool setBodySize(size_t size);
 
   private:
     PageAlignedBytes memory_;
@@ -53,15 +57,15 @@ struct Message {
     bool isSweep = false;  ///< one of the series of body sizes
 };
 
-const Message<Base>& baseHeader();               ///< M1
-const Message<Base>& randomBaseHeaders();        ///< M1r: 4096 of them, varints of every width
-const Message<Frame>& synFrame();                ///< M2
-const Message<Frame>& authResponseFrame();       ///< M3
-const Message<Frame>& routedDataFrame();         ///< M4
-const Message<RawFrame>& rawDataFrame();         ///< M5: 1,024 bytes of body
-const Message<Frame>& refreshNoticeFrame();      ///< M6
-const Message<Notice>& refreshNotice();          ///< M6n: the notice of M6 without its frame
-const Message<Frame>& fullSynFrame();            ///< M2f: every text as long as it may be
+const Message<Base>& baseHeader();           ///< M1
+const Message<Base>& randomBaseHeaders();    ///< M1r: 4096 of them, varints of every width
+const Message<Frame>& synFrame();            ///< M2
+const Message<Frame>& authResponseFrame();   ///< M3
+const Message<Frame>& routedDataFrame();     ///< M4
+const Message<RawFrame>& rawDataFrame();     ///< M5: 1,024 bytes of body
+const Message<Frame>& refreshNoticeFrame();  ///< M6
+const Message<Notice>& refreshNotice();      ///< M6n: the notice of M6 without its frame
+const Message<Frame>& fullSynFrame();        ///< M2f: every text as long as it may be
 /// Data frames with bodies from 16 bytes to 1 MiB.
 const std::vector<Message<RawFrame>>& bodySweep();
 

@@ -22,9 +22,9 @@ struct PageAllocator {
     explicit PageAllocator(const PageAllocator<Other>&) {}
 
     T* allocate(size_t count) {
-        return static_cast<T*>(::operator new(count * sizeof(T), std::align_val_t{pageSize}));
+        return static_cast<T*>(::operator new (count * sizeof(T), std::align_val_t{pageSize}));
     }
-    void deallocate(T* at, size_t) { ::operator delete(at, std::align_val_t{pageSize}); }
+    void deallocate(T* at, size_t) { ::operator delete (at, std::align_val_t{pageSize}); }
 
     template <class Other>
     bool operator==(const PageAllocator<Other>&) const {
