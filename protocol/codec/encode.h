@@ -146,7 +146,8 @@ int encodeChecked(uint8_t type, const char* value, long long selector, CheckedSi
 // --- Choosing -----------------------------------------------------------------------------------
 
 /// The most bytes that the fields of `record` can take given what its selectors choose and the
-/// bytes behind it (arrays count as full, optional structures as present), where the constant for the type is too much for the room there is.
+/// bytes behind it (arrays count as full, optional structures as present), where the constant for
+/// the type is too much for the room there is.
 template <class Record, bool Varint, size_t... Index>
 uint64_t largestNow(const char* record, std::index_sequence<Index...>);
 
