@@ -55,6 +55,20 @@ int decodeUnion(const FieldData& field, char* nested, long long& selector, Check
     return decodeMember(field.nestedType, nested, selector, source, source.consumed() + length);
 }
 
+namespace {
+
+/// Leaves the rest to CheckedSource: runs `decode` over the input from `at` on.
+template <class Decode>
+DecodeStep decodeChecked(const Input& input, const char* at, bool varint, Decode decode) {
+    BrxReadBuf buf(input.begin, input.size);
+    buf.position = input.offsetOf(at);
+    CheckedSource source(buf, varint);
+    const int result = decode(source);
+    return {input.begin + buf.position, result};
+}
+
+}  // namespace
+
 DecodeStep finishStructure(uint8_t type, char* record, const Input& input, const char* at,
                            uint64_t end, bool varint) {
     return decodeChecked(input, at, varint, [&](CheckedSource& source) {

@@ -92,16 +92,6 @@ struct DecodeStep {
     int result;
 };
 
-/// Leaves the rest to CheckedSource: runs `decode` over the input from `at` on.
-template <class Decode>
-inline DecodeStep decodeChecked(const Input& input, const char* at, bool varint, Decode decode) {
-    BrxReadBuf buf(input.begin, input.size);
-    buf.position = input.offsetOf(at);
-    CheckedSource source(buf, varint);
-    const int result = decode(source);
-    return {input.begin + buf.position, result};
-}
-
 /// The two slow ends of the templates below, compiled once.
 DecodeStep finishStructure(uint8_t type, char* record, const Input& input, const char* at,
                            uint64_t end, bool varint);
