@@ -1,9 +1,9 @@
 // The decoder.
 //
 // `decodeField` is the one description of how a field's value is read. It is compiled twice: with
-// rows known at compile time it reads along the fields of a structure, each predicted to come next,
-// as an encoder writes them; with rows as data it serves the loop that takes fields in any order,
-// to which everything else is left.
+// rows known at compile time, for the types of steady traffic, it reads along the fields of a
+// structure, each predicted to come next, as an encoder writes them; with rows as data it serves
+// the loop that takes the fields of all types in any order and to which everything else is left.
 #pragma once
 
 #include "protocol/codec/field_data.h"
@@ -14,36 +14,19 @@ namespace quorva_zrp::codec {
 
 // --- One field ----------------------------------------------------------------------------------
 
-// How the two ways enter a nested value of `length` bytes; below and in decode.cpp.
+// How the ways of reading enter a nested value of `length` bytes; below and in decode.cpp.
 template <class Field, bool Varint>
-int decodeStructure(Field field, char* nested, PredictingSource<Varint>& source, uint64_t length);
-template <class Field, bool Varint>
-int decodeUnion(Field field, char* nested, long long& selector, PredictingSource<Varint>& source,
-                uint64_t length);
-int decodeStructure(const FieldData& field, char* nested, CheckedSource& source, uint64_t length);
-int decodeUnion(const FieldData& field, char* nested, long long& selector, CheckedSource& source,
-                uint64_t length);
+int decodeNested(Field field, char* record, PredictingSource<Varint>& source, uint64_t length);
+int decodeNested(const FieldData& field, char* record, QuickSource& source, uint64_t length);
+int decodeNested(const FieldData& field, char* record, CheckedSource& source, uint64_t length);
 
-/// Reads a length and the nested value; a union's selector, or a flag of 1, becomes the governor.
-template <class Field, class Source>
-ZRP_INLINE int decodeNested(const Field& field, char* record, Source& source) {
-    uint32_t length = 0;
-    if (const int result = source.length(length); result != 0) {
-        return result;
+/// Sets the governor of a nested value that was read: a union's selector, or a flag of 1.
+template <class Field>
+ZRP_INLINE void governNested(const Field& field, char* record, long long selector) {
+    if (field.isGoverned()) {
+        const bool isUnion = field.kind() == Kind::selectedUnion;
+        field.setGovernor(record, isUnion ? static_cast<uint64_t>(selector) : 1);
     }
-    char* const nested = record + field.offset();
-    long long governor = 1;
-    int result = 0;
-    if (field.kind() == Kind::structure) {
-        result = decodeStructure(field, nested, source, length);
-    } else {
-        governor = 0;
-        result = decodeUnion(field, nested, governor, source, length);
-    }
-    if (result == 0 && field.isGoverned()) {
-        field.setGovernor(record, static_cast<uint64_t>(governor));
-    }
-    return result;
 }
 
 /// Reads a byte array; where all of it was stored its count becomes the governor.
@@ -62,29 +45,21 @@ template <class Field, class Source>
 ZRP_INLINE int decodeField(const Field& field, char* record, Source& source) {
     switch (field.kind()) {
         case Kind::integer:
-            return field.withIntegerType([&]<class Integer>(Integer) ZRP_INLINE_LAMBDA {
-                return source.template integer<Integer>(record + field.offset());
-            });
+            return source.integer(field, record + field.offset());
         case Kind::text:
             return source.text(record + field.offset(), field.capacity());
         case Kind::bytes:
         case Kind::trailingBytes:
             return decodeBytes(field, record, source);
-        default:
-            return decodeNested(field, record, source);
+        default: {
+            uint32_t length = 0;
+            const int result = source.length(length);
+            return result != 0 ? result : decodeNested(field, record, source, length);
+        }
     }
 }
 
-// --- Any order, as data -------------------------------------------------------------------------
-
-/// Reads fields until `end` bytes are consumed; presence bits are added to those there are.
-int decodeInAnyOrder(uint8_t type, char* record, CheckedSource& source, uint64_t end);
-
-/// Reads one field of a union; `selector` becomes its number unless it goes past `end`.
-int decodeMember(uint8_t type, char* value, long long& selector, CheckedSource& source,
-                 uint64_t end);
-
-// --- In order, predicted ------------------------------------------------------------------------
+// --- Any order, as data, all types --------------------------------------------------------------
 
 /// Where a decode ended and its result. Small enough to travel in registers.
 struct DecodeStep {
@@ -92,11 +67,20 @@ struct DecodeStep {
     int result;
 };
 
-/// The two slow ends of the templates below, compiled once.
-DecodeStep finishStructure(uint8_t type, char* record, const Input& input, const char* at,
-                           uint64_t end, bool varint);
-DecodeStep finishUnion(uint8_t type, char* value, long long& selector, const Input& input,
-                       const char* at, uint64_t end, bool varint);
+/// Reads the `length` bytes of a structure, or one field of a union, whose number becomes
+/// `*selector` unless it goes past that.
+DecodeStep decodeShared(uint8_t type, char* value, long long* selector, const Input& input,
+                        const char* at, uint64_t length, bool varint);
+
+/// The same from the position of `buf` on.
+int decodeShared(uint8_t type, char* value, long long* selector, BrxReadBuf& buf, uint64_t length,
+                 bool varint);
+
+/// Reads what is left of a structure up to `until`, of which the fields `seen` were read before.
+DecodeStep finishShared(uint8_t type, char* record, uint32_t seen, const Input& input,
+                        const char* at, const char* until, bool varint);
+
+// --- In order, predicted ------------------------------------------------------------------------
 
 /// Goes on after a value that was read out of line.
 template <bool Varint>
@@ -105,130 +89,163 @@ ZRP_INLINE int goOn(PredictingSource<Varint>& source, DecodeStep step) {
     return step.result;
 }
 
-/// Takes `field` if it comes next. A field that may be absent is passed over when it does not; any
-/// other is a surprise then.
+/// Takes `field` if it comes next.
 template <class Field, bool Varint>
-ZRP_INLINE int predictField(Field field, char* record, PredictingSource<Varint>& source,
-                            uint32_t& seen) {
+ZRP_INLINE int takeField(Field field, char* record, PredictingSource<Varint>& source) {
     const char* const start = source.at;
     if (!source.template acceptTag<Field>()) {
-        return Field::mayBeAbsent() ? 0 : surprise;
+        return otherTag;
     }
     const int result = decodeField(field, record, source);
     if (result == surprise) {
         source.at = start;
-    } else {
+    }
+    return result;
+}
+
+/// Takes `field` of a structure if it comes next; one that may be absent is passed over when
+/// another one does.
+template <class Field, bool Varint>
+ZRP_INLINE int predictField(Field field, char* record, PredictingSource<Varint>& source,
+                            uint32_t& seen) {
+    const int result = takeField(field, record, source);
+    if (Field::mayBeAbsent() && result == otherTag) {
+        return 0;
+    }
+    if (result <= 0) {
         seen |= Field::presenceBit;
     }
     return result;
 }
 
+/// Integers that begin a structure are read in one go where their widths are fixed, from this many
+/// on.
+template <class Record, bool Varint>
+constexpr size_t runLength() {
+    constexpr size_t leastRun = 3;
+    constexpr size_t leading = leadingIntegers<Record>(FieldIndices<Record>{});
+    return !Varint && leading >= leastRun ? leading : 0;
+}
+
+template <class Record, bool Varint, size_t... Index>
+ZRP_INLINE int predictRun(char* record, PredictingSource<Varint>& source, uint32_t& seen,
+                          std::index_sequence<Index...>) {
+    if constexpr (sizeof...(Index) != 0) {
+        if (!source.template acceptFixed<Field<Record, Index>...>(record)) {
+            return otherTag;
+        }
+        seen = (Field<Record, Index>::presenceBit | ...);
+    }
+    return 0;
+}
+
+/// Reads along the rows, which is the order of an encoder.
 template <class Record, bool Varint, size_t... Index>
 ZRP_INLINE int predictFields(char* record, PredictingSource<Varint>& source, uint32_t& seen,
                              std::index_sequence<Index...>) {
-    int result = 0;
-    (void)(((result = predictField(Field<Record, Index>{}, record, source, seen)) == 0) && ...);
+    constexpr size_t run = runLength<Record, Varint>();
+    int result = predictRun<Record>(record, source, seen, std::make_index_sequence<run>{});
+    if (result == 0) {
+        (void)((Index < run ||
+                (result = predictField(Field<Record, Index>{}, record, source, seen)) == 0) &&
+               ...);
+    }
     return result;
 }
 
-/// Reads `length` bytes of fields through `source`. Ends are computed in 64 bits and wrap, so that
-/// a length means the same on every platform.
+/// Reads fields up to `until`, which lies before the end of `source`.
 template <class Record, bool Varint>
-ZRP_INLINE int decodeFields(char* record, PredictingSource<Varint>& source, uint64_t length) {
-    const Input& input = source.input();
-    char* const presence = record + offsetof(Record, presence);
-    if (length > static_cast<size_t>(input.end - source.at)) {
-        store(presence, uint32_t{0});
-        const uint64_t end = input.offsetOf(source.at) + length;
-        return goOn(source,
-                    finishStructure(typeIndex<Record>, record, input, source.at, end, Varint));
-    }
-    const char* const until = source.at + length;
-    const char* const outer = source.narrow(until);
+ZRP_INLINE int decodeFields(char* record, PredictingSource<Varint>& source, const char* until) {
+    const char* const outer = source.until();
+    source.setUntil(until);
     uint32_t seen = 0;
     const int result = predictFields<Record>(record, source, seen, FieldIndices<Record>{});
-    source.widen(outer);
-    store(presence, seen);
+    source.setUntil(outer);
     if (result < 0 || (result == 0 && source.at == until)) {
+        store(record + offsetof(Record, presence), seen);
         return result;
     }
-    return goOn(source, finishStructure(typeIndex<Record>, record, input, source.at,
-                                        input.offsetOf(until), Varint));
+    return goOn(source, finishShared(typeIndex<Record>, record, seen, source.input(), source.at,
+                                     until, Varint));
 }
 
-/// Reads one field through `source`, whatever `length` says, and sets `selector` to its number.
+/// Reads the one field of a union up to `until` if it is the one that the selector expects.
 template <class Union, bool Varint>
-ZRP_INLINE int decodeMember(char* value, long long& selector, PredictingSource<Varint>& source,
-                            uint64_t length) {
-    const Input& input = source.input();
-    const char* const start = source.at;
-    if (length <= static_cast<size_t>(input.end - start)) {
-        const char* const outer = source.narrow(input.end);
-        uint32_t tag = 0;
-        int result = source.tag(tag);
-        if (result == 0) {
-            result = withField<Union>(
-                Quorva::BrxTLVUtil::getFieldId(tag),
-                [&]<class Member>(Member member) ZRP_INLINE_LAMBDA {
-                    return source.template hasValue<Member>() ? decodeField(member, value, source)
-                                                              : surprise;
-                },
-                [] { return surprise; });
-        }
-        source.widen(outer);
-        if (result == 0 && static_cast<size_t>(source.at - start) <= length) {
-            selector = Quorva::BrxTLVUtil::getFieldId(tag);
-            return 0;
-        }
-        if (result < 0) {
-            return result;
-        }
-    }
-    // Past its end a union has its own result: reading it again tells.
-    return goOn(source, finishUnion(typeIndex<Union>, value, selector, input, start,
-                                    input.offsetOf(start) + length, Varint));
+ZRP_INLINE int decodeMember(char* value, long long selector, PredictingSource<Varint>& source,
+                            const char* until) {
+    const char* const outer = source.until();
+    source.setUntil(until);
+    const int result = withMember<Union>(
+        selector, [&](auto member) ZRP_INLINE_LAMBDA { return takeField(member, value, source); },
+        [] { return int{otherTag}; });
+    source.setUntil(outer);
+    return result == 0 && source.at > until ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : result;
 }
 
 /// The same out of line.
 template <class Record, bool Varint>
-DecodeStep decode(char* record, const Input& input, const char* at, uint64_t length) {
-    PredictingSource<Varint> source(input, at, input.end);
-    const int result = decodeFields<Record>(record, source, length);
+DecodeStep decode(char* record, const Input& input, const char* at, const char* until) {
+    PredictingSource<Varint> source(input, at, until);
+    const int result = decodeFields<Record>(record, source, until);
     return {source.at, result};
 }
 
 template <class Union, bool Varint>
-DecodeStep decode(char* value, long long& selector, const Input& input, const char* at,
-                  uint64_t length) {
-    PredictingSource<Varint> source(input, at, input.end);
-    const int result = decodeMember<Union>(value, selector, source, length);
+DecodeStep decode(char* value, long long selector, const Input& input, const char* at,
+                  const char* until) {
+    PredictingSource<Varint> source(input, at, until);
+    const int result = decodeMember<Union>(value, selector, source, until);
     return {source.at, result};
 }
 
+/// Reads a nested value of straight-line code up to `until`.
 template <class Field, bool Varint>
-ZRP_INLINE int decodeStructure(Field, char* nested, PredictingSource<Varint>& source,
-                               uint64_t length) {
+ZRP_INLINE int decodeStraight(Field field, char* nested, long long selector,
+                              PredictingSource<Varint>& source, const char* until) {
     using Type = typename Field::type;
-    if constexpr (Field::kind() != Kind::structure) {
-        return 0;
+    if constexpr (field.kind() == Kind::selectedUnion) {
+        if constexpr (Field::isHot) {
+            return decodeMember<Type>(nested, selector, source, until);
+        } else {
+            return goOn(source,
+                        decode<Type, Varint>(nested, selector, source.input(), source.at, until));
+        }
     } else if constexpr (Field::isHot) {
-        return decodeFields<Type>(nested, source, length);
+        return decodeFields<Type>(nested, source, until);
     } else {
-        return goOn(source, decode<Type, Varint>(nested, source.input(), source.at, length));
+        return goOn(source, decode<Type, Varint>(nested, source.input(), source.at, until));
     }
 }
 
 template <class Field, bool Varint>
-ZRP_INLINE int decodeUnion(Field, char* nested, long long& selector,
-                           PredictingSource<Varint>& source, uint64_t length) {
-    using Type = typename Field::type;
-    if constexpr (Field::kind() != Kind::selectedUnion) {
-        return 0;
-    } else if constexpr (Field::isHot) {
-        return decodeMember<Type>(nested, selector, source, length);
+ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>& source,
+                            uint64_t length) {
+    if constexpr (Field::isNested) {
+        using Type = typename Field::type;
+        char* const nested = record + field.offset();
+        if constexpr (isStraightInside<Type>) {
+            if (length <= static_cast<size_t>(source.until() - source.at)) {
+                const long long expected = static_cast<long long>(field.governor(record));
+                const int result =
+                    decodeStraight(field, nested, expected, source, source.at + length);
+                if (Field::kind() == Kind::structure && result == 0) {
+                    governNested(field, record, 1);
+                }
+                // A union that is what its selector expects leaves the selector as it is.
+                if (Field::kind() == Kind::structure || result <= 0) {
+                    return result;
+                }
+            }
+        }
+        long long selector = 0;
+        const int result = goOn(source, decodeShared(typeIndex<Type>, nested, &selector,
+                                                     source.input(), source.at, length, Varint));
+        if (result == 0) {
+            governNested(field, record, selector);
+        }
+        return result;
     } else {
-        return goOn(source,
-                    decode<Type, Varint>(nested, selector, source.input(), source.at, length));
+        return 0;
     }
 }
 
@@ -237,32 +254,18 @@ ZRP_INLINE int decodeUnion(Field, char* nested, long long& selector,
 /// Reads `length` bytes of fields from the position of `buf` on.
 template <class Record, bool Varint>
 inline int decodeFrom(Record& object, BrxReadBuf& buf, uint64_t length) {
-    if (buf.position > buf.length) {
-        // A broken buffer: the first read reports it.
-        CheckedSource source(buf, Varint);
-        object.presence = 0;
-        return decodeInAnyOrder(typeIndex<Record>, bytesOf(object), source, buf.position + length);
+    char* const record = bytesOf(object);
+    if constexpr (isStraightAlone<Record>) {
+        if (buf.position < buf.length && length - 1 < buf.length - buf.position) {
+            const char* const from = buf.beginPtr + buf.position;
+            const char* const until = from + length;
+            const Input input(buf.beginPtr, buf.length, until, Varint);
+            const DecodeStep step = decode<Record, Varint>(record, input, from, until);
+            buf.position = input.offsetOf(step.at);
+            return step.result;
+        }
     }
-    const Input input(buf.beginPtr, buf.length, buf.position, length);
-    const DecodeStep step =
-        decode<Record, Varint>(bytesOf(object), input, buf.beginPtr + buf.position, length);
-    buf.position = input.offsetOf(step.at);
-    return step.result;
-}
-
-/// Reads one field of a union from the position of `buf` on.
-template <class Union, bool Varint>
-inline int decodeFrom(Union& object, long long& selector, BrxReadBuf& buf, uint64_t length) {
-    if (buf.position > buf.length) {
-        CheckedSource source(buf, Varint);
-        return decodeMember(typeIndex<Union>, bytesOf(object), selector, source,
-                            buf.position + length);
-    }
-    const Input input(buf.beginPtr, buf.length, buf.position, length);
-    const DecodeStep step = decode<Union, Varint>(bytesOf(object), selector, input,
-                                                  buf.beginPtr + buf.position, length);
-    buf.position = input.offsetOf(step.at);
-    return step.result;
+    return decodeShared(typeIndex<Record>, record, nullptr, buf, length, Varint);
 }
 
 }  // namespace quorva_zrp::codec

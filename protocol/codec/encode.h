@@ -1,9 +1,9 @@
 // The encoder: one pass over the fields of a type.
 //
 // `encodeField` is the one description of how a field travels. It is compiled twice: with rows
-// known at compile time and the unchecked sink it becomes straight-line code, used where the
-// largest encoding fits; with rows as data and the checked sink it goes step by step, to the exact
-// byte where the room ends.
+// known at compile time and the unchecked sink it becomes straight-line code, used for the types of
+// steady traffic where the largest encoding fits; with rows as data and the checked sink it serves
+// all types step by step, to the exact byte where the room ends.
 #pragma once
 
 #include "protocol/codec/field_data.h"
@@ -48,9 +48,7 @@ ZRP_INLINE int encodeDelimitedValue(const Field& field, const char* record, size
 template <class Field, class Sink>
 ZRP_INLINE int encodeField(const Field& field, const char* record, Sink& sink) {
     if (field.kind() == Kind::integer) {
-        return field.withIntegerType([&]<class Integer>(Integer) ZRP_INLINE_LAMBDA {
-            return sink.integer(field, load<Integer>(record + field.offset()));
-        });
+        return sink.integer(field, record + field.offset());
     }
     uint64_t count = field.capacity();
     if (field.mayBeAbsent()) {
@@ -70,13 +68,22 @@ ZRP_INLINE int encodeField(const Field& field, const char* record, Sink& sink) {
     return result != 0 ? result : sink.closeLength(hole);
 }
 
-// --- Straight-line code, with room for the largest encoding -------------------------------------
+// --- Step by step, all types --------------------------------------------------------------------
 
-/// Where an unchecked encoding ended, and its result. Small enough to travel in registers.
+int encodeChecked(uint8_t type, const char* record, CheckedSink& sink);
+int encodeChecked(uint8_t type, const char* value, long long selector, CheckedSink& sink);
+
+/// Where an encoding ended, and its result. Small enough to travel in registers.
 struct EncodeStep {
     char* at;
     int result;
 };
+
+/// The same from straight-line code, which has made sure of the room.
+EncodeStep encodeShared(uint8_t type, const char* record, char* to, bool varint);
+EncodeStep encodeShared(uint8_t type, const char* value, long long selector, char* to, bool varint);
+
+// --- Straight-line code, with room for the largest encoding -------------------------------------
 
 template <class Record, class Sink, size_t... Index>
 ZRP_INLINE int encodeFields(const char* record, Sink& sink, std::index_sequence<Index...>) {
@@ -118,6 +125,8 @@ ZRP_INLINE int encodeStructure(Field, const char* nested, UncheckedSink<Varint>&
     using Type = typename Field::type;
     if constexpr (Field::kind() != Kind::structure) {
         return 0;
+    } else if constexpr (!isStraightInside<Type>) {
+        return goOn(sink, encodeShared(typeIndex<Type>, nested, sink.at, Varint));
     } else if constexpr (Field::isHot) {
         return encodeFields<Type>(nested, sink, FieldIndices<Type>{});
     } else {
@@ -131,6 +140,8 @@ ZRP_INLINE int encodeUnion(Field, const char* nested, long long selector,
     using Type = typename Field::type;
     if constexpr (Field::kind() != Kind::selectedUnion) {
         return 0;
+    } else if constexpr (!isStraightInside<Type>) {
+        return goOn(sink, encodeShared(typeIndex<Type>, nested, selector, sink.at, Varint));
     } else if constexpr (Field::isHot) {
         return encodeMember<Type>(nested, selector, sink);
     } else {
@@ -138,85 +149,52 @@ ZRP_INLINE int encodeUnion(Field, const char* nested, long long selector,
     }
 }
 
-// --- Step by step -------------------------------------------------------------------------------
-
-int encodeChecked(uint8_t type, const char* record, CheckedSink& sink);
-int encodeChecked(uint8_t type, const char* value, long long selector, CheckedSink& sink);
-
 // --- Choosing -----------------------------------------------------------------------------------
 
-/// The most bytes that the fields of `record` can take given what its selectors choose and the
-/// bytes behind it (arrays count as full, optional structures as present), where the constant for
-/// the type is too much for the room there is.
-template <class Record, bool Varint, size_t... Index>
-uint64_t largestNow(const char* record, std::index_sequence<Index...>);
+/// The most bytes that the fields of `record` can take given what its selectors choose, which
+/// optional elements there are, and the bytes behind it; arrays count as full.
+uint64_t largestNow(uint8_t type, const char* record, bool varint);
 
-template <class Field, bool Varint>
-inline uint64_t largestFieldNow(const char* record) {
-    using Type = typename Field::type;
-    constexpr uint64_t largest = Field::largestSize(Varint, 0);
-    if constexpr (Field::kind() == Kind::structure) {
-        return largest - Fields<Type>::largestBody(Varint) +
-               largestNow<Type, Varint>(record + Field::offset(), FieldIndices<Type>{});
-    } else if constexpr (Field::kind() == Kind::selectedUnion) {
-        const uint64_t member = withMember<Type>(
-            static_cast<long long>(Field::governor(record)),
-            [](auto chosen) { return decltype(chosen)::largestSize(Varint, 0); },
-            [] { return size_t{0}; });
-        return largest - Fields<Type>::largestBody(Varint) + member;
-    } else if constexpr (Field::kind() == Kind::trailingBytes) {
-        return largest + Field::governor(record);
-    } else {
-        return largest;
-    }
-}
-
-template <class Record, bool Varint, size_t... Index>
-uint64_t largestNow(const char* record, std::index_sequence<Index...>) {
-    return (uint64_t{0} + ... + largestFieldNow<Field<Record, Index>, Varint>(record));
+/// Whether any record of the type fits into `room` bytes less `reserved`.
+template <class Record>
+ZRP_INLINE bool fitsAlways(size_t room, size_t reserved, bool varint) {
+    constexpr size_t largestVarint = Fields<Record>::largestBody(true);
+    constexpr size_t largestFixed = Fields<Record>::largestBody(false);
+    return !Fields<Record>::hasBytesBehind &&
+           room >= reserved + (varint ? largestVarint : largestFixed);
 }
 
 /// Whether the fields of `record` are sure to fit into `room` bytes.
-template <class Record, bool Varint>
-inline bool fits(const char* record, size_t room) {
-    constexpr uint64_t largest = Fields<Record>::largestBody(Varint);
-    return (!Fields<Record>::hasBytesBehind && room >= largest) ||
-           room >= largestNow<Record, Varint>(record, FieldIndices<Record>{});
-}
-
-/// Bytes free in `buf`. Deliberate: a broken buffer counts as full, so that the step-by-step path
-/// meets it and reports it.
-inline size_t roomIn(const BrxWriteBuf& buf) {
-    return buf.position <= buf.length ? buf.length - buf.position : 0;
-}
-
-/// Takes over where an unchecked encoding at the position of `buf` ended.
-inline int finish(BrxWriteBuf& buf, EncodeStep step) {
-    buf.position = static_cast<size_t>(step.at - buf.beginPtr);
-    return step.result;
+template <class Record>
+inline bool fitsNow(const char* record, size_t room, bool varint) {
+    return room >= largestNow(typeIndex<Record>, record, varint);
 }
 
 /// Writes the fields of a structure at the position of `buf`.
 template <bool Varint, class Record>
 inline int encode(const Record& object, BrxWriteBuf& buf) {
     const char* const record = bytesOf(object);
-    if (fits<Record, Varint>(record, roomIn(buf))) {
-        return finish(buf, encodeUnchecked<Record, Varint>(record, buf.beginPtr + buf.position));
+    if constexpr (isStraightAlone<Record>) {
+        // Deliberate: a broken buffer counts as full, so that the step-by-step code meets it and
+        // reports it.
+        const size_t room = buf.position <= buf.length ? buf.length - buf.position : 0;
+        if (fitsAlways<Record>(room, 0, Varint) || fitsNow<Record>(record, room, Varint)) {
+            const EncodeStep step =
+                encodeUnchecked<Record, Varint>(record, buf.beginPtr + buf.position);
+            buf.position = static_cast<size_t>(step.at - buf.beginPtr);
+            return step.result;
+        }
     }
     CheckedSink sink(buf, Varint);
     return encodeChecked(typeIndex<Record>, record, sink);
 }
 
-/// Writes the member of a union that `selector` names at the position of `buf`.
+/// Writes the member of a union that `selector` names at the position of `buf`. Unions travel in
+/// structures, so this needs no speed.
 template <bool Varint, class Union>
 inline int encode(const Union& object, long long selector, BrxWriteBuf& buf) {
-    const char* const value = bytesOf(object);
-    if (roomIn(buf) >= Fields<Union>::largestBody(Varint)) {
-        return finish(buf,
-                      encodeUnchecked<Union, Varint>(value, selector, buf.beginPtr + buf.position));
-    }
     CheckedSink sink(buf, Varint);
-    return encodeChecked(typeIndex<Union>, value, selector, sink);
+    return encodeChecked(typeIndex<Union>, bytesOf(object), selector, sink);
 }
 
 }  // namespace quorva_zrp::codec

@@ -6,6 +6,9 @@ namespace {
 
 template <class Encode>
 int packStepByStep(char* buffer, size_t size, size_t* usedSize, bool varint, Encode encode) {
+    if (buffer == nullptr || size == 0) {
+        return Quorva::BRX_ERR_NULL_ARG;
+    }
     BrxWriteBuf buf(buffer, size);
     (void)buf.writeUInt8(varint ? magicVarint : magicFixed);
     const size_t lengthAt = buf.position;
@@ -19,20 +22,23 @@ int packStepByStep(char* buffer, size_t size, size_t* usedSize, bool varint, Enc
     return result;
 }
 
+/// Checks the envelope and runs `decode` over a buffer positioned behind it.
+template <class Decode>
+int unpackFields(const char* buffer, size_t size, size_t* usedSize, Decode decode) {
+    Envelope envelope;
+    if (const int result = readEnvelope(buffer, size, envelope); result != 0) {
+        return result;
+    }
+    BrxReadBuf buf(buffer, size);
+    buf.position = envelopeSize;
+    const int result = decode(buf, envelope);
+    if (usedSize != nullptr) {
+        *usedSize = buf.position;
+    }
+    return result;
+}
+
 }  // namespace
-
-int packChecked(uint8_t type, const char* record, char* buffer, size_t size, size_t* usedSize,
-                bool varint) {
-    return packStepByStep(buffer, size, usedSize, varint,
-                          [&](CheckedSink& sink) { return encodeChecked(type, record, sink); });
-}
-
-int packChecked(uint8_t type, const char* value, long long selector, char* buffer, size_t size,
-                size_t* usedSize, bool varint) {
-    return packStepByStep(buffer, size, usedSize, varint, [&](CheckedSink& sink) {
-        return encodeChecked(type, value, selector, sink);
-    });
-}
 
 int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     if (buffer == nullptr) {
@@ -45,14 +51,39 @@ int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     if (magic != magicVarint && magic != magicFixed) {
         return Quorva::BRX_ERR_BAD_MAGIC;
     }
-    uint32_t declared = 0;
-    Quorva::brx_detail::loadBigEndian(buffer + 1, declared);
+    const uint32_t declared = wire::loadHighFirst<uint32_t>(buffer + 1);
     if (size < declared) {
         return Quorva::BRX_ERR_NO_DATA;
     }
     envelope.varint = magic == magicVarint;
     envelope.bodyLength = uint64_t{declared} - envelopeSize;
     return 0;
+}
+
+int packShared(uint8_t type, const char* record, char* buffer, size_t size, size_t* usedSize,
+               bool varint) {
+    return packStepByStep(buffer, size, usedSize, varint,
+                          [&](CheckedSink& sink) { return encodeChecked(type, record, sink); });
+}
+
+int packShared(uint8_t type, const char* value, long long selector, char* buffer, size_t size,
+               size_t* usedSize, bool varint) {
+    return packStepByStep(buffer, size, usedSize, varint, [&](CheckedSink& sink) {
+        return encodeChecked(type, value, selector, sink);
+    });
+}
+
+int unpackShared(uint8_t type, char* record, const char* buffer, size_t size, size_t* usedSize) {
+    return unpackFields(buffer, size, usedSize, [&](BrxReadBuf& buf, const Envelope& envelope) {
+        return decodeShared(type, record, nullptr, buf, envelope.bodyLength, envelope.varint);
+    });
+}
+
+int unpackShared(uint8_t type, char* value, long long& selector, const char* buffer, size_t size,
+                 size_t* usedSize) {
+    return unpackFields(buffer, size, usedSize, [&](BrxReadBuf& buf, const Envelope& envelope) {
+        return decodeShared(type, value, &selector, buf, envelope.bodyLength, envelope.varint);
+    });
 }
 
 }  // namespace quorva_zrp::codec

@@ -1,5 +1,7 @@
 #include "protocol/codec/field_data.h"
 
+#include <algorithm>
+
 #include "protocol/codec/table.h"
 #include "protocol/fields/frames.h"
 
@@ -12,11 +14,15 @@ namespace {
 template <class Row>
 constexpr FieldData dataOf() {
     using Type = typename Row::type;
-    static_assert(Row::offset() <= UINT16_MAX && Row::capacity() <= UINT16_MAX &&
-                      Row::Governor::offset <= UINT16_MAX && Row::Governor::size <= 4,
+    static_assert(Row::number() <= UINT16_MAX && Row::presenceBit <= UINT16_MAX &&
+                      Row::offset() <= UINT16_MAX && Row::capacity() <= UINT16_MAX &&
+                      Row::Governor::offset <= UINT16_MAX && Row::Governor::size <= 4 &&
+                      Row::Default::textSize <= longestDefaultText &&
+                      Row::Default::value <= UINT16_MAX,
                   "a row fits its data");
     FieldData field{};
-    field.fieldNumber = Row::number();
+    field.fieldNumber = static_cast<uint16_t>(Row::number());
+    field.presenceBit = static_cast<uint16_t>(Row::presenceBit);
     field.fieldOffset = static_cast<uint16_t>(Row::offset());
     field.elements = static_cast<uint16_t>(Row::capacity());
     field.governorOffset = static_cast<uint16_t>(Row::Governor::offset);
@@ -25,6 +31,11 @@ constexpr FieldData dataOf() {
     if constexpr (Row::kind() == Kind::integer) {
         field.integerSize = sizeof(Type);
         field.integerIsSigned = std::is_signed_v<Type>;
+        field.defaultInteger = Row::Default::value;
+    } else if constexpr (Row::kind() == Kind::text) {
+        for (size_t i = 0; i < Row::Default::textSize; ++i) {
+            field.defaultText[i] = Row::Default::text[i];
+        }
     } else if constexpr (Row::kind() == Kind::structure || Row::kind() == Kind::selectedUnion) {
         field.nestedType = typeIndex<Type>;
     }
@@ -40,63 +51,74 @@ constexpr uint16_t presenceOffset() {
     }
 }
 
-/// The tables of these types, and the rows of all of them one after another.
+/// Whether what a value of this type takes depends on a union in it or on bytes behind it.
+template <class Message>
+constexpr bool hasChoices() {
+    const auto depends = []<class Row>(Row) {
+        if constexpr (Row::kind() == Kind::structure) {
+            return hasChoices<typename Row::type>();
+        } else {
+            return Row::kind() == Kind::selectedUnion || Row::kind() == Kind::trailingBytes;
+        }
+    };
+    return [&]<class... Row>(RowList<Row...>) {
+        return (depends(Row{}) || ...);
+    }(typename Fields<Message>::Rows{});
+}
+
+/// Puts the rows of a type into `fields`, from `next` on.
+template <class... Row>
+constexpr void addRows(FieldData* fields, uint16_t& next, RowList<Row...>) {
+    ((fields[next++] = dataOf<Row>()), ...);
+}
+
+template <class Message>
+constexpr void addType(CatalogueData& data, uint16_t& next) {
+    using Rows = typename Fields<Message>::Rows;
+    TableData& table = data.tables[typeIndex<Message>];
+    table.firstField = next;
+    table.presenceOffset = presenceOffset<Message>();
+    table.largestVarint = Fields<Message>::largestBody(true);
+    table.largestFixed = Fields<Message>::largestBody(false);
+    table.firstNumber = Rows::template At<Rows::count - 1>::number() - (Rows::count - 1);
+    table.fieldCount = Rows::count;
+    table.isUnion = std::is_union_v<Message>;
+    table.hasChoices = hasChoices<Message>();
+    addRows(data.fields, next, Rows{});
+}
+
 template <class... Message>
-struct CatalogueData {
-    static constexpr size_t fieldCount = (size_t{0} + ... + Fields<Message>::Rows::count);
-
-    FieldData fields[fieldCount]{};
-    TableData tables[sizeof...(Message)]{};
-
-    constexpr CatalogueData(TypeList<Message...>) { (add<Message>(), ...); }
-
-  private:
-    uint16_t nextField_ = 0;
-    size_t nextTable_ = 0;
-
-    template <class Next>
-    constexpr void add() {
-        constexpr uint8_t count = Fields<Next>::Rows::count;
-        tables[nextTable_++] = {nextField_, presenceOffset<Next>(), count};
-        addRows(typename Fields<Next>::Rows{});
-    }
-    template <class... Row>
-    constexpr void addRows(RowList<Row...>) {
-        ((fields[nextField_++] = dataOf<Row>()), ...);
-    }
-};
-
-template <class... Message>
-CatalogueData(TypeList<Message...>) -> CatalogueData<Message...>;
-
-// The type is named first: g++ 12 puts a constant of a deduced class type into writable memory.
-using CatalogueTables = decltype(CatalogueData{Catalogue{}});
-constexpr CatalogueTables catalogue{Catalogue{}};
+constexpr CatalogueData makeCatalogue(TypeList<Message...>) {
+    static_assert((size_t{0} + ... + Fields<Message>::Rows::count) == CatalogueData::fieldCount,
+                  "the catalogue has as many fields as all tables together");
+    CatalogueData data{};
+    uint16_t next = 0;
+    (addType<Message>(data, next), ...);
+    return data;
+}
 
 }  // namespace
 
-// --- Lookup -------------------------------------------------------------------------------------
+constexpr CatalogueData catalogue = makeCatalogue(Catalogue{});
 
-const TableData& tableOf(uint8_t type) {
-    return catalogue.tables[type];
+uint32_t FieldData::tag(bool varint) const {
+    uint32_t wireType = wireDelimited;
+    if (fieldKind == Kind::integer) {
+        wireType = integerSize == 1 ? wire1Byte
+                   : varint         ? wireVarint
+                                    : wire2Bytes + (integerSize >> 2);
+    }
+    return makeTag(fieldNumber, wireType);
 }
 
-const FieldData* TableData::begin() const {
-    return catalogue.fields + firstField;
-}
-
-const FieldData* TableData::find(uint32_t number) const {
-    // Most structures number their fields from 1 without gaps.
-    const FieldData* const fields = begin();
-    if (number - 1 < fieldCount && fields[number - 1].fieldNumber == number) {
-        return fields + (number - 1);
+const FieldData* TableData::search(uint32_t number) const {
+    if (number > (end() - 1)->fieldNumber) {
+        return nullptr;  // as unknown fields are, most times
     }
-    for (const FieldData& field : *this) {
-        if (field.fieldNumber == number) {
-            return &field;
-        }
-    }
-    return nullptr;
+    const FieldData* const field = std::lower_bound(
+        begin(), end(), number,
+        [](const FieldData& before, uint32_t wanted) { return before.fieldNumber < wanted; });
+    return field != end() && field->fieldNumber == number ? field : nullptr;
 }
 
 }  // namespace quorva_zrp::codec

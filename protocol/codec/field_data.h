@@ -37,17 +37,23 @@ constexpr uint8_t typeIndex = Catalogue::indexOf<Message>();
 
 // --- Fields -------------------------------------------------------------------------------------
 
+/// Bytes for a default text in a row of data, NUL included.
+constexpr size_t longestDefaultText = 3;
+
 /// A row of a table at run time. Its functions are those of Row.
 struct FieldData {
-    uint32_t fieldNumber;
+    uint16_t fieldNumber;
     uint16_t fieldOffset;
     uint16_t elements;        ///< capacity of an array
     uint16_t governorOffset;  ///< where the governor lies in the record
+    uint16_t defaultInteger;  ///< what construct() gives an integer
+    uint16_t presenceBit;     ///< structures only
     uint8_t governorSize;     ///< bytes of the governor, 0 for none
     uint8_t nestedType;       ///< type index of a nested structure or union
     Kind fieldKind;
     uint8_t integerSize;  ///< bytes of an integer
     bool integerIsSigned;
+    char defaultText[longestDefaultText];  ///< what construct() gives a text
 
     uint32_t number() const { return fieldNumber; }
     size_t offset() const { return fieldOffset; }
@@ -55,6 +61,7 @@ struct FieldData {
     size_t capacity() const { return elements; }
     bool isGoverned() const { return governorSize != 0; }
     bool mayBeAbsent() const { return isGoverned() && fieldKind != Kind::selectedUnion; }
+    uint32_t tag(bool varint) const;
 
     uint64_t governor(const char* record) const {
         const char* const from = record + governorOffset;
@@ -98,7 +105,14 @@ struct FieldData {
 struct TableData {
     uint16_t firstField;
     uint16_t presenceOffset;  ///< structures only
+    uint16_t largestVarint;   ///< the most bytes the fields take, bytes behind the record aside
+    uint16_t largestFixed;
+    uint16_t firstNumber;  ///< the field at an index has this number more, most times
     uint8_t fieldCount;
+    bool isUnion;
+    bool hasChoices;  ///< whether there is a union in it, at any depth, or bytes behind the record
+
+    size_t largest(bool varint) const { return varint ? largestVarint : largestFixed; }
 
     const FieldData* begin() const;
     const FieldData* end() const { return begin() + fieldCount; }
@@ -112,11 +126,33 @@ struct TableData {
         return number <= UINT32_MAX ? find(static_cast<uint32_t>(number)) : nullptr;
     }
 
-    /// The presence bit of a field: bits follow declaration order.
-    uint32_t presenceBit(const FieldData& field) const { return UINT32_C(1) << (&field - begin()); }
+  private:
+    const FieldData* search(uint32_t number) const;
 };
 
+/// The tables of all types in the order of the catalogue, and their fields one after another.
+struct CatalogueData {
+    static constexpr size_t fieldCount = 139;
+
+    TableData tables[Catalogue::count];
+    FieldData fields[fieldCount];
+};
+extern const CatalogueData catalogue;
+
 /// The table of the type with this index.
-const TableData& tableOf(uint8_t type);
+inline const TableData& tableOf(uint8_t type) {
+    return catalogue.tables[type];
+}
+
+inline const FieldData* TableData::begin() const {
+    return catalogue.fields + firstField;
+}
+
+inline const FieldData* TableData::find(uint32_t number) const {
+    const FieldData* const fields = begin();
+    const uint32_t index = number - firstNumber;
+    return index < fieldCount && fields[index].fieldNumber == number ? fields + index
+                                                                     : search(number);
+}
 
 }  // namespace quorva_zrp::codec

@@ -13,67 +13,68 @@ namespace quorva_zrp::codec {
 // --- Encoding and decoding with an envelope -----------------------------------------------------
 
 template <bool Varint, class Record>
-inline int packFlavour(const Record& object, char* buffer, size_t size, size_t* usedSize) {
-    const char* const record = bytesOf(object);
-    if (size >= envelopeSize && fits<Record, Varint>(record, size - envelopeSize)) {
-        return packUnchecked(buffer, usedSize, Varint,
-                             [&](char* to) { return encodeUnchecked<Record, Varint>(record, to); });
-    }
-    return packChecked(typeIndex<Record>, record, buffer, size, usedSize, Varint);
+inline int packStraight(const char* record, char* buffer, size_t* usedSize) {
+    return packUnchecked(buffer, usedSize, Varint,
+                         encodeUnchecked<Record, Varint>(record, buffer + envelopeSize));
 }
 
-template <bool Varint, class Union>
-inline int packFlavour(const Union& object, long long selector, char* buffer, size_t size,
-                       size_t* usedSize) {
-    const char* const value = bytesOf(object);
-    if (size >= envelopeSize + Fields<Union>::largestBody(Varint)) {
-        return packUnchecked(buffer, usedSize, Varint, [&](char* to) {
-            return encodeUnchecked<Union, Varint>(value, selector, to);
-        });
+/// Encodes where the room is less than the largest encoding of the type takes.
+template <class Record>
+ZRP_SELDOM int packTight(const char* record, char* buffer, size_t size, size_t* usedSize,
+                         bool varint) {
+    if (buffer != nullptr && size >= envelopeSize &&
+        fitsNow<Record>(record, size - envelopeSize, varint)) {
+        return varint ? packStraight<true, Record>(record, buffer, usedSize)
+                      : packStraight<false, Record>(record, buffer, usedSize);
     }
-    return packChecked(typeIndex<Union>, value, selector, buffer, size, usedSize, Varint);
+    return packShared(typeIndex<Record>, record, buffer, size, usedSize, varint);
 }
 
 template <class Record>
 inline int packMessage(const Record& object, char* buffer, size_t size, size_t* usedSize,
                        bool varint) {
-    if (buffer == nullptr || size == 0) {
-        return Quorva::BRX_ERR_NULL_ARG;
+    const char* const record = bytesOf(object);
+    if constexpr (!isStraightAlone<Record>) {
+        return packShared(typeIndex<Record>, record, buffer, size, usedSize, varint);
+    } else if (buffer == nullptr || !fitsAlways<Record>(size, envelopeSize, varint)) {
+        return packTight<Record>(record, buffer, size, usedSize, varint);
+    } else {
+        return varint ? packStraight<true, Record>(record, buffer, usedSize)
+                      : packStraight<false, Record>(record, buffer, usedSize);
     }
-    return varint ? packFlavour<true>(object, buffer, size, usedSize)
-                  : packFlavour<false>(object, buffer, size, usedSize);
 }
 
-template <class Union>
-inline int packMessage(const Union& object, long long selector, char* buffer, size_t size,
-                       size_t* usedSize, bool varint) {
-    if (buffer == nullptr || size == 0) {
-        return Quorva::BRX_ERR_NULL_ARG;
+template <bool Varint, class Record>
+inline int unpackStraight(Record& object, const char* buffer, size_t size, size_t declared,
+                          size_t* usedSize) {
+    const char* const until = buffer + declared;
+    const Input input(buffer, size, until, Varint);
+    const DecodeStep step =
+        decode<Record, Varint>(bytesOf(object), input, buffer + envelopeSize, until);
+    if (usedSize != nullptr) {
+        *usedSize = input.offsetOf(step.at);
     }
-    return varint ? packFlavour<true>(object, selector, buffer, size, usedSize)
-                  : packFlavour<false>(object, selector, buffer, size, usedSize);
+    return step.result;
 }
 
 template <class Record>
-inline int unpackMessage(Record& record, const char* buffer, size_t size, size_t* usedSize) {
-    return unpack(buffer, size, usedSize, [&](const Input& input, const Envelope& envelope) {
-        char* const to = bytesOf(record);
-        const char* const from = buffer + envelopeSize;
-        return envelope.varint ? decode<Record, true>(to, input, from, envelope.bodyLength)
-                               : decode<Record, false>(to, input, from, envelope.bodyLength);
-    });
-}
-
-template <class Union>
-inline int unpackMessage(Union& value, long long& selector, const char* buffer, size_t size,
-                         size_t* usedSize) {
-    return unpack(buffer, size, usedSize, [&](const Input& input, const Envelope& envelope) {
-        char* const to = bytesOf(value);
-        const char* const from = buffer + envelopeSize;
-        return envelope.varint
-                   ? decode<Union, true>(to, selector, input, from, envelope.bodyLength)
-                   : decode<Union, false>(to, selector, input, from, envelope.bodyLength);
-    });
+inline int unpackMessage(Record& object, const char* buffer, size_t size, size_t* usedSize) {
+    if constexpr (isStraightAlone<Record>) {
+        if (buffer != nullptr && size >= envelopeSize) {
+            const uint8_t magic = static_cast<uint8_t>(buffer[0]);
+            const size_t declared = wire::loadHighFirst<uint32_t>(buffer + 1);
+            // Below 5 the difference wraps and is too much, too.
+            if (declared - envelopeSize <= size - envelopeSize) {
+                if (magic == magicVarint) {
+                    return unpackStraight<true>(object, buffer, size, declared, usedSize);
+                }
+                if (magic == magicFixed) {
+                    return unpackStraight<false>(object, buffer, size, declared, usedSize);
+                }
+            }
+        }
+    }
+    return unpackShared(typeIndex<Record>, bytesOf(object), buffer, size, usedSize);
 }
 
 // --- The rest -----------------------------------------------------------------------------------
@@ -141,7 +142,7 @@ inline const char* visualizeText(const Record& record, char* text, size_t size, 
 /// Defines every operation of structure `Type`.
 #define ZRP_DEFINE_STRUCTURE(Type)                                                                \
     int Type::construct() {                                                                       \
-        codec::construct<Type>(codec::bytesOf(*this));                                            \
+        codec::construct(codec::typeIndex<Type>, codec::bytesOf(*this));                          \
         return 0;                                                                                 \
     }                                                                                             \
     int Type::packTLV(char* buffer, size_t size, size_t* usedSize, bool varint) const {           \
@@ -194,12 +195,13 @@ inline const char* visualizeText(const Record& record, char* text, size_t size, 
         return 0;                                                                                 \
     }                                                                                             \
     int Type::construct(long long selector) {                                                     \
-        codec::construct<Type>(codec::bytesOf(*this), selector);                                  \
+        codec::construct(codec::typeIndex<Type>, codec::bytesOf(*this), selector);                \
         return 0;                                                                                 \
     }                                                                                             \
     int Type::packTLV(long long selector, char* buffer, size_t size, size_t* usedSize,            \
                       bool varint) const {                                                        \
-        return codec::packMessage(*this, selector, buffer, size, usedSize, varint);               \
+        return codec::packShared(codec::typeIndex<Type>, codec::bytesOf(*this), selector, buffer, \
+                                 size, usedSize, varint);                                         \
     }                                                                                             \
     int Type::packTLVWithVarint(long long selector, Quorva::BrxWriteBuf& buf) const {             \
         return codec::encode<true>(*this, selector, buf);                                         \
@@ -208,13 +210,16 @@ inline const char* visualizeText(const Record& record, char* text, size_t size, 
         return codec::encode<false>(*this, selector, buf);                                        \
     }                                                                                             \
     int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) { \
-        return codec::unpackMessage(*this, selector, buffer, size, usedSize);                     \
+        return codec::unpackShared(codec::typeIndex<Type>, codec::bytesOf(*this), selector,       \
+                                   buffer, size, usedSize);                                       \
     }                                                                                             \
     int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {  \
-        return codec::decodeFrom<Type, true>(*this, selector, buf, length);                       \
+        return codec::decodeShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector, buf, \
+                                   length, true);                                                 \
     }                                                                                             \
     int Type::unpackTLVNoVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {    \
-        return codec::decodeFrom<Type, false>(*this, selector, buf, length);                      \
+        return codec::decodeShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector, buf, \
+                                   length, false);                                                \
     }                                                                                             \
     int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                              \
         return codec::largestSize<Type>(size, varint);                                            \

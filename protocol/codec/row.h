@@ -14,9 +14,12 @@
 #if defined(__GNUC__)
 #define ZRP_INLINE        [[gnu::always_inline]] inline
 #define ZRP_INLINE_LAMBDA __attribute__((always_inline))
+/// In front of the ways out that are seldom taken: inlined, they make the usual way save registers.
+#define ZRP_SELDOM [[gnu::noinline, gnu::cold]]
 #else
 #define ZRP_INLINE inline
 #define ZRP_INLINE_LAMBDA
+#define ZRP_SELDOM
 #endif
 
 namespace quorva_zrp::codec {
@@ -25,12 +28,45 @@ namespace quorva_zrp::codec {
 template <class Message>
 struct Fields;
 
+/// How much straight-line code a type gets. Without, it shares the step-by-step code, which takes
+/// several times as long and costs no code per type. Given in protocol/fields.
+enum class Steady : uint8_t {
+    no,      ///< none: it is seldom sent
+    once,    ///< as `inside`, but none where code is to be small: it is sent once a connection
+    inside,  ///< as part of another type: steady traffic holds it
+    alone,   ///< for its own operations, too: steady traffic consists of it
+};
+template <class Message>
+constexpr Steady steady = Steady::no;
+
+/// Whether the compiler was told to prefer small code.
+#if defined(__OPTIMIZE_SIZE__)
+constexpr bool keepsCodeSmall = true;
+#else
+constexpr bool keepsCodeSmall = false;
+#endif
+
+#if defined(QUORVA_ZRP_COMPACT)
+constexpr bool isCompact = true;
+#else
+constexpr bool isCompact = false;
+#endif
+
+/// Whether straight-line code goes on into a nested value of this type.
+template <class Message>
+constexpr bool isStraightInside = !isCompact &&
+                                  steady<Message> > (keepsCodeSmall ? Steady::once : Steady::no);
+
+/// Whether the operations of this type use straight-line code.
+template <class Message>
+constexpr bool isStraightAlone = !isCompact && steady<Message> == Steady::alone;
+
 // --- Kinds --------------------------------------------------------------------------------------
 
 /// Stands in a row for bytes that lie behind the record in the caller's memory.
 struct TrailingBytes;
 
-enum class Kind { integer, text, bytes, trailingBytes, structure, selectedUnion };
+enum class Kind : uint8_t { integer, text, bytes, trailingBytes, structure, selectedUnion };
 
 /// The kind of a field follows from its C++ type.
 template <class Type>
@@ -94,10 +130,9 @@ constexpr size_t varintSize(uint64_t value) {
     return size;
 }
 
-/// The most bytes an integer takes on the wire: a varint carries 7 bits a byte.
-template <class Integer>
-constexpr size_t largestInteger(bool varint) {
-    return varint && sizeof(Integer) > 1 ? (sizeof(Integer) * 8 + 6) / 7 : sizeof(Integer);
+/// The most bytes an integer of `size` bytes takes on the wire: a varint carries 7 bits a byte.
+constexpr size_t largestInteger(size_t size, bool varint) {
+    return varint && size > 1 ? (size * 8 + 6) / 7 : size;
 }
 
 // --- Access -------------------------------------------------------------------------------------
@@ -158,6 +193,8 @@ struct Ungoverned {
 template <uint64_t Value>
 struct DefaultValue {
     static constexpr uint64_t value = Value;
+    static constexpr const char* text = "";
+    static constexpr size_t textSize = 0;
 
     template <class Type>
     static constexpr bool suits() {
@@ -170,7 +207,8 @@ struct DefaultValue {
 };
 
 /// Marks a nested value that steady traffic passes: its code becomes part of its holder's straight
-/// line, which spares a call per level and costs a copy of the code per holder.
+/// line, which spares a call per level and costs a copy of the code per holder. Not where the
+/// library is compiled to be small.
 struct Hot {};
 
 /// A text as a template argument.
@@ -187,12 +225,13 @@ struct Text {
 /// What `construct()` gives a text instead of an empty one.
 template <Text Value>
 struct DefaultText {
-    static constexpr const char* value = Value.characters;
-    static constexpr size_t size = sizeof(Value.characters);
+    static constexpr uint64_t value = 0;
+    static constexpr const char* text = Value.characters;
+    static constexpr size_t textSize = sizeof(Value.characters);  // the NUL included
 
     template <class Type>
     static constexpr bool suits() {
-        return kindOf<Type>() == Kind::text && size <= sizeof(Type);
+        return kindOf<Type>() == Kind::text && textSize <= sizeof(Type);
     }
 };
 
@@ -244,7 +283,7 @@ struct Row {
     using Default = typename attribute::DefaultOf<Attributes...>::type;
     static constexpr const char* label = Label.characters;
     static constexpr uint32_t presenceBit = PresenceBit;
-    static constexpr bool isHot = (std::is_same_v<Attributes, Hot> || ...);
+    static constexpr bool isHot = !keepsCodeSmall && (std::is_same_v<Attributes, Hot> || ...);
 
     static constexpr bool isNested =
         kindOf<Type>() == Kind::structure || kindOf<Type>() == Kind::selectedUnion;
@@ -287,12 +326,17 @@ struct Row {
 
     static constexpr uint32_t tag(bool varint) { return makeTag(Number, wireTypeOf<Type>(varint)); }
 
+    /// The fewest bytes an integer takes on the wire, its tag included.
+    static constexpr size_t smallestSize(bool varint) {
+        return varintSize(tag(varint)) + (varint ? 1 : sizeof(Type));
+    }
+
     /// The most bytes the field takes on the wire, its tag counted at `tagSize` bytes, or at what
     /// it really takes when that is 0. The bytes behind a record are not counted.
     static constexpr size_t largestSize(bool varint, size_t tagSize) {
         const size_t tagBytes = tagSize != 0 ? tagSize : varintSize(tag(varint));
         if constexpr (kind() == Kind::integer) {
-            return tagBytes + largestInteger<Type>(varint);
+            return tagBytes + largestInteger(sizeof(Type), varint);
         } else if constexpr (kind() == Kind::structure || kind() == Kind::selectedUnion) {
             return tagBytes + lengthSize + Fields<Type>::largestBody(varint, tagSize);
         } else {

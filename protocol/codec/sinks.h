@@ -5,6 +5,7 @@
 // constants that the compiler drops.
 #pragma once
 
+#include "protocol/codec/field_data.h"
 #include "protocol/codec/wire.h"
 
 namespace quorva_zrp::codec {
@@ -18,16 +19,20 @@ class UncheckedSink {
 
     explicit UncheckedSink(char* to) : at(to) {}
 
-    template <class Field, class Integer>
-    ZRP_INLINE int integer(Field, Integer value) {
-        at = wire::storeInteger<Field::number(), Varint>(at, value);
+    /// Writes the integer in the bytes at `from`.
+    template <class Field>
+    ZRP_INLINE int integer(Field, const char* from) {
+        if constexpr (Field::kind() == Kind::integer) {
+            at = wire::storeInteger<Field::number(), Varint, Field::bytesAfter(Varint)>(
+                at, load<typename Field::type>(from));
+        }
         return 0;
     }
 
     template <class Field>
     ZRP_INLINE int tagOfDelimited(Field) {
         using Tag = wire::TagBytes<makeTag(Field::number(), wireDelimited)>;
-        Tag::store(at);
+        Tag::template store<0>(at);  // what is behind it stays as it was if the value fails
         at += Tag::size;
         return 0;
     }
@@ -36,7 +41,7 @@ class UncheckedSink {
         return at;
     }
     ZRP_INLINE int closeLength(Hole start) {
-        Quorva::brx_detail::storeBigEndian(start - lengthSize, static_cast<uint32_t>(at - start));
+        wire::storeHighFirst(start - lengthSize, static_cast<uint32_t>(at - start));
         return 0;
     }
 
@@ -59,24 +64,10 @@ class CheckedSink {
 
     CheckedSink(BrxWriteBuf& buf, bool varint) : buf_(buf), varint_(varint) {}
 
-    template <class Field, class Integer>
-    int integer(const Field& field, Integer value) {
-        const uint32_t tag = makeTag(field.number(), wireTypeOf<Integer>(varint_));
-        if (const int result = buf_.writeVarUInt32(tag); result != 0) {
-            return result;
-        }
-        if constexpr (sizeof(Integer) == 1) {
-            return buf_.writeUInt8(value);
-        } else {
-            return varint_ ? varintValue(wire::toVarint(value))
-                           : fixedValue(static_cast<std::make_unsigned_t<Integer>>(value));
-        }
-    }
+    int integer(const FieldData& field, const char* from);
 
-    template <class Field>
-    int tagOfDelimited(const Field& field) {
-        return buf_.writeVarUInt32(makeTag(field.number(), wireDelimited));
-    }
+    int tagOfDelimited(const FieldData& field) { return buf_.writeVarUInt32(field.tag(varint_)); }
+
     /// Deliberate: a hole that does not fit goes unnoticed here; the value is still written, and
     /// writing its length back is what fails.
     Hole openLength() {
@@ -95,11 +86,9 @@ class CheckedSink {
     int bytes(const char* from, size_t count);
 
   private:
-    /// One function for all widths: a value takes the same groups whatever its width.
-    int varintValue(uint64_t value) { return buf_.writeVarUInt64(value); }
-    int fixedValue(uint16_t value) { return buf_.writeUInt16(value); }
-    int fixedValue(uint32_t value) { return buf_.writeUInt32(value); }
-    int fixedValue(uint64_t value) { return buf_.writeUInt64(value); }
+    int fixed(uint16_t value);
+    int fixed(uint32_t value);
+    int fixed(uint64_t value);
 
     BrxWriteBuf& buf_;
     const bool varint_;

@@ -2,13 +2,23 @@
 
 namespace quorva_zrp::codec {
 
+using Quorva::brx_detail::byteAt;
+
+void Input::findVarintsBefore() {
+    constexpr ptrdiff_t longest = largestInteger(sizeof(uint64_t), true);
+    const char* const end = varintsBefore;
+    while (varintsBefore != begin && end - varintsBefore < longest - 1 &&
+           byteAt(varintsBefore - 1, 0) >= 0x80) {
+        --varintsBefore;
+    }
+}
+
 // --- Delimited values that are expected ---------------------------------------------------------
 
-const char* takeText(const char* from, const char* inputEnd, char* to, size_t capacity) {
-    uint32_t size = 0;
-    Quorva::brx_detail::loadBigEndian(from, size);
+const char* takeText(const char* from, const char* until, char* to, size_t capacity) {
+    const uint32_t size = wire::loadHighFirst<uint32_t>(from);
     from += lengthSize;
-    if (size >= capacity || size > static_cast<size_t>(inputEnd - from)) {
+    if (size >= capacity || size > static_cast<size_t>(until - from)) {
         return nullptr;
     }
     memcpy(to, from, size);
@@ -16,15 +26,92 @@ const char* takeText(const char* from, const char* inputEnd, char* to, size_t ca
     return from + size;
 }
 
-const char* takeBytes(const char* from, const char* inputEnd, char* to, size_t capacity) {
-    uint32_t size = 0;
-    Quorva::brx_detail::loadBigEndian(from, size);
+const char* takeBytes(const char* from, const char* until, char* to, size_t capacity) {
+    const uint32_t size = wire::loadHighFirst<uint32_t>(from);
     from += lengthSize;
-    if (size == 0 || size > capacity || size > static_cast<size_t>(inputEnd - from)) {
+    if (size == 0 || size > capacity || size > static_cast<size_t>(until - from)) {
         return nullptr;
     }
     memcpy(to, from, size);
     return from + size;
+}
+
+// --- QuickSource --------------------------------------------------------------------------------
+
+int QuickSource::longTag(uint32_t& tag) {
+    tag = 0;
+    for (unsigned shift = 0; shift < 21 && at < until; shift += 7) {
+        const uint32_t byte = byteAt(at++, 0);
+        tag |= (byte & 0x7F) << shift;
+        if (byte < 0x80) {
+            return 0;
+        }
+    }
+    return surprise;
+}
+
+int QuickSource::length(uint32_t& value) {
+    if (remaining() < lengthSize) {
+        return surprise;
+    }
+    value = wire::loadHighFirst<uint32_t>(at);
+    at += lengthSize;
+    return 0;
+}
+
+int QuickSource::text(char* to, size_t capacity) {
+    const char* const end = remaining() >= lengthSize ? takeText(at, until, to, capacity) : nullptr;
+    if (end == nullptr) {
+        return surprise;
+    }
+    at = end;
+    return 0;
+}
+
+int QuickSource::bytes(char* to, size_t capacity, size_t& stored) {
+    const char* const end =
+        remaining() >= lengthSize ? takeBytes(at, until, to, capacity) : nullptr;
+    if (end == nullptr) {
+        return surprise;
+    }
+    stored = static_cast<size_t>(end - at) - lengthSize;
+    at = end;
+    return 0;
+}
+
+int QuickSource::skip(uint32_t wireType) {
+    size_t size = 0;
+    switch (wireType) {
+        case wireVarint:
+            // 9 bytes are always a value; what 10 of them are is for CheckedSource to say.
+            for (unsigned i = 0; i < 9 && at < until; ++i) {
+                if (byteAt(at++, 0) < 0x80) {
+                    return 0;
+                }
+            }
+            return surprise;
+        case wire1Byte:
+        case wire2Bytes:
+        case wire4Bytes:
+        case wire8Bytes:
+            size = size_t{1} << (wireType - wire1Byte);
+            break;
+        case wireDelimited: {
+            uint32_t value = 0;
+            if (const int result = length(value); result != 0) {
+                return result;
+            }
+            size = value;
+            break;
+        }
+        default:
+            return surprise;
+    }
+    if (remaining() < size) {
+        return surprise;
+    }
+    at += size;
+    return 0;
 }
 
 // --- CheckedSource ------------------------------------------------------------------------------
@@ -47,6 +134,15 @@ int CheckedSource::read(int32_t& value) {
 
 int CheckedSource::read(int64_t& value) {
     return varint_ ? buf_.readVarInt64(value) : buf_.readInt64(value);
+}
+
+int CheckedSource::integer(const FieldData& field, char* to) {
+    return field.withIntegerType([&]<class Integer>(Integer value) {
+        value = load<Integer>(to);
+        const int result = read(value);
+        store(to, value);
+        return result;
+    });
 }
 
 int CheckedSource::text(char* to, size_t capacity) {

@@ -1,132 +1,154 @@
-// Where a decoder reads. Both sources offer the same steps over values (`tag`, `integer`, `length`,
+// Where a decoder reads. Both sources offer the same steps over values (`integer`, `length`,
 // `text`, `bytes`); each returns 0, a result code, or `surprise`.
 //
-// CheckedSource goes through BrxReadBuf step by step. PredictingSource reads what an encoder of
-// this protocol writes for input that is all there; whatever else it meets it leaves untouched and
-// reports as a surprise, and the field is then read again through CheckedSource.
+// CheckedSource goes through BrxReadBuf step by step. PredictingSource and QuickSource read what an
+// encoder of this protocol writes for input that is all there; whatever else they meet they store
+// nothing of and report as a surprise, and the field is then read again through CheckedSource.
 #pragma once
 
+#include "protocol/codec/field_data.h"
 #include "protocol/codec/wire.h"
 
 namespace quorva_zrp::codec {
 
 using Quorva::BrxReadBuf;
 
-/// Not a result code: the predicting source met something it does not handle and did nothing.
+// What reading by prediction may give besides a result code.
+
+/// The value is not one that an encoder writes, or not all there: nothing was read.
 constexpr int surprise = 1;
+/// Another tag comes next than the one expected: nothing was read.
+constexpr int otherTag = 2;
 
 /// The bytes being decoded.
 struct Input {
     const char* begin;
-    size_t size;      ///< bytes that may be read
-    const char* end;  ///< where the message ends, inside them; prediction looks no further
+    size_t size;  ///< bytes that may be read
 
     /// A varint that begins before this point has its end inside the message, or 10 bytes of it,
     /// which no varint of an encoder exceeds: its bytes need no bounds checks of their own.
     const char* varintsBefore;
 
-    /// A message of `length` bytes at `offset`, at most `bytes`; one that would not fit is left to
-    /// CheckedSource whole.
-    Input(const char* from, size_t bytes, size_t offset, uint64_t length)
-        : begin(from),
-          size(bytes),
-          end(from + offset + (length <= bytes - offset ? static_cast<size_t>(length) : 0)),
-          varintsBefore(end) {
-        constexpr ptrdiff_t longest = largestInteger<uint64_t>(true);
-        while (varintsBefore != begin && end - varintsBefore < longest - 1 &&
-               Quorva::brx_detail::byteAt(varintsBefore - 1, 0) >= 0x80) {
-            --varintsBefore;
+    /// A message that ends at `end`, at least 1 and at most `bytes` behind `from`; prediction looks
+    /// no further.
+    ZRP_INLINE Input(const char* from, size_t bytes, const char* end, bool varint)
+        : begin(from), size(bytes), varintsBefore(end) {
+        if (varint && Quorva::brx_detail::byteAt(end - 1, 0) >= 0x80) {
+            findVarintsBefore();
         }
     }
 
     size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
+
+  private:
+    void findVarintsBefore();
 };
 
 // Delimited values, where the 4 bytes of their length are known to be there: each returns where the
 // value ends, or null, having touched nothing, where CheckedSource has to look at it. Out of line,
 // since the copy outweighs the call.
 
-const char* takeText(const char* from, const char* inputEnd, char* to, size_t capacity);
-const char* takeBytes(const char* from, const char* inputEnd, char* to, size_t capacity);
+const char* takeText(const char* from, const char* until, char* to, size_t capacity);
+const char* takeBytes(const char* from, const char* until, char* to, size_t capacity);
 
 template <bool Varint>
 class PredictingSource {
   public:
-    /// Reads from `from` on. Fields in order are taken only before `until`, at most the end of the
-    /// input.
-    PredictingSource(const Input& input, const char* from, const char* until)
-        : at(from), input_(input) {
-        (void)narrow(until);
-    }
+    /// Reads from `from` up to `until`, which is no further than the end of the message.
+    ZRP_INLINE PredictingSource(const Input& input, const char* from, const char* until)
+        : at(from), input_(input), varintsBefore_(input.varintsBefore), last_(until - 1) {}
 
     /// Steps over the tag of `Field` if it comes next and enough of its value follows to read on.
     template <class Field>
     ZRP_INLINE bool acceptTag() {
         using Tag = wire::TagBytes<Field::tag(Varint)>;
-        if (until_ - at < static_cast<ptrdiff_t>(Tag::size + leastValue<Field>()) ||
-            !Tag::isAt(at)) {
+        constexpr size_t value = leastValue<Field>();
+        if (!holds<Tag::size + value>() || !Tag::template isAt<value>(at)) {
             return false;
         }
         at += Tag::size;
         return true;
     }
 
-    ZRP_INLINE int tag(uint32_t& tag) {
-        if (at >= input_.varintsBefore) {
-            return surprise;
+    /// Reads the integers of `Run` if all of them come next as they would with fixed widths, which
+    /// takes one check of the room and no arithmetic on `at`.
+    template <class... Run>
+    ZRP_INLINE bool acceptFixed(char* record) {
+        static_assert(!Varint);
+        constexpr size_t size = (size_t{0} + ... + Run::smallestSize(Varint));
+        if (!holds<size>()) {
+            return false;
         }
-        // No tag of the catalogue takes more than the three bytes that this reads.
-        const wire::LoadedVarint loaded = wire::loadVarint<21>(at, input_.end);
-        tag = static_cast<uint32_t>(loaded.value);
-        return moveTo(loaded.end);
-    }
-
-    /// Whether enough input follows for the value of `Field`, where its tag came through `tag`.
-    template <class Field>
-    ZRP_INLINE bool hasValue() const {
-        return until_ - at >= static_cast<ptrdiff_t>(leastValue<Field>());
+        size_t offset = 0;
+        const auto isNext = [&]<class Field>(Field) ZRP_INLINE_LAMBDA {
+            using Tag = wire::TagBytes<Field::tag(Varint)>;
+            const bool is = Tag::template isAt<leastValue<Field>()>(at + offset);
+            offset += Field::smallestSize(Varint);
+            return is;
+        };
+        if (!(isNext(Run{}) && ...)) {
+            return false;
+        }
+        const auto take = [&]<class Field>(Field) ZRP_INLINE_LAMBDA {
+            typename Field::type value = 0;
+            at += wire::TagBytes<Field::tag(Varint)>::size;
+            at = wire::loadInteger<Varint>(at, varintsBefore_, value);
+            store(record + Field::offset(), value);
+        };
+        (take(Run{}), ...);
+        return true;
     }
 
     /// Reads an integer into the bytes at `to`.
-    template <class Integer>
-    ZRP_INLINE int integer(char* to) {
-        Integer value = 0;
-        const char* const end = wire::loadInteger<Varint>(at, input_.end, value);
-        if (end != nullptr) {
-            store(to, value);
+    template <class Field>
+    ZRP_INLINE int integer(Field, char* to) {
+        if constexpr (Field::kind() == Kind::integer) {
+            typename Field::type value = 0;
+            const char* const end = wire::loadInteger<Varint>(at, varintsBefore_, value);
+            if (end != nullptr) {
+                store(to, value);
+            }
+            return moveTo(end);
+        } else {
+            return 0;
         }
-        return moveTo(end);
     }
 
     ZRP_INLINE int length(uint32_t& value) {
-        Quorva::brx_detail::loadBigEndian(at, value);
+        value = wire::loadHighFirst<uint32_t>(at);
         at += lengthSize;
         return 0;
     }
 
     ZRP_INLINE int text(char* to, size_t capacity) {
-        return moveTo(takeText(at, input_.end, to, capacity));
+        return moveTo(takeText(at, until(), to, capacity));
     }
 
     ZRP_INLINE int bytes(char* to, size_t capacity, size_t& stored) {
         const char* const start = at + lengthSize;
-        const int result = moveTo(takeBytes(at, input_.end, to, capacity));
+        const int result = moveTo(takeBytes(at, until(), to, capacity));
         stored = result == 0 ? static_cast<size_t>(at - start) : 0;
         return result;
     }
 
     const Input& input() const { return input_; }
 
-    /// Takes fields before `until` only, at most the end of the input; returns the bound there was.
-    ZRP_INLINE const char* narrow(const char* until) {
-        const char* const before = until_;
-        const char* const safe = Varint ? input_.varintsBefore : input_.end;
-        until_ = until < safe ? until : safe;
-        return before;
-    }
-    ZRP_INLINE void widen(const char* before) { until_ = before; }
+    /// Where reading ends.
+    ZRP_INLINE const char* until() const { return last_ + 1; }
+    ZRP_INLINE void setUntil(const char* until) { last_ = until - 1; }
 
     const char* at;  ///< the next byte
+
+  protected:
+    /// Whether `Size` more bytes may be taken.
+    template <size_t Size>
+    ZRP_INLINE bool holds() const {
+        if constexpr (Size == 2) {
+            return at < last_;  // what most fields ask: one compare
+        } else {
+            return last_ - at >= static_cast<ptrdiff_t>(Size - 1);
+        }
+    }
 
   private:
     template <class Field>
@@ -147,7 +169,107 @@ class PredictingSource {
     }
 
     const Input& input_;
-    const char* until_ = nullptr;
+    const char* const varintsBefore_;
+    const char* last_;  ///< the last byte that may be taken
+};
+
+// Integers whose size is known at run time.
+
+/// Loads a varint for an integer of `size` bytes.
+ZRP_INLINE wire::LoadedVarint loadVarint(size_t size, const char* from, const char* varintsBefore) {
+    switch (size) {
+        case 2:
+            return wire::loadVarint<16>(from, varintsBefore);
+        case 4:
+            return wire::loadVarint<32>(from, varintsBefore);
+        default:
+            return wire::loadVarint<64>(from, varintsBefore);
+    }
+}
+
+ZRP_INLINE uint64_t loadFixed(size_t size, const char* from) {
+    switch (size) {
+        case 1:
+            return Quorva::brx_detail::byteAt(from, 0);
+        case 2:
+            return wire::loadHighFirst<uint16_t>(from);
+        case 4:
+            return wire::loadHighFirst<uint32_t>(from);
+        default:
+            return wire::loadHighFirst<uint64_t>(from);
+    }
+}
+
+ZRP_INLINE void storeInteger(size_t size, char* to, uint64_t value) {
+    switch (size) {
+        case 1:
+            return store(to, static_cast<uint8_t>(value));
+        case 2:
+            return store(to, static_cast<uint16_t>(value));
+        case 4:
+            return store(to, static_cast<uint32_t>(value));
+        default:
+            return store(to, value);
+    }
+}
+
+/// The same for fields in any order: it reads tags, steps over unknown fields, and sees for itself
+/// that values begin before the end.
+struct QuickSource {
+    const Input& input;
+    const char* at;           ///< the next byte
+    const char* const until;  ///< where reading ends
+    const bool varint;
+
+    /// A tag of at most three bytes, which all of the catalogue take.
+    ZRP_INLINE int tag(uint32_t& tag) {
+        if (at < until && (tag = Quorva::brx_detail::byteAt(at, 0)) < 0x80) {
+            ++at;
+            return 0;
+        }
+        return longTag(tag);
+    }
+
+    int longTag(uint32_t& tag);  ///< of any size
+
+    ZRP_INLINE int integer(const FieldData& field, char* to) {
+        const size_t size = field.integerSize;
+        uint64_t value = 0;
+        if (varint && size != 1) {
+            if (at >= until) {
+                return surprise;
+            }
+            const wire::LoadedVarint loaded = loadVarint(size, at, input.varintsBefore);
+            if (loaded.end == nullptr) {
+                return surprise;
+            }
+            at = loaded.end;
+            value = field.integerIsSigned
+                        ? static_cast<uint64_t>(Quorva::brx_detail::unzigzag(loaded.value))
+                        : loaded.value;
+        } else {
+            if (remaining() < size) {
+                return surprise;
+            }
+            value = loadFixed(size, at);
+            at += size;
+        }
+        storeInteger(size, to, value);
+        return 0;
+    }
+
+    int length(uint32_t& value);
+    int text(char* to, size_t capacity);
+    int bytes(char* to, size_t capacity, size_t& stored);
+
+    /// Steps over a value that ends before the end.
+    int skip(uint32_t wireType);
+
+    /// Bytes that may be taken. A varint can go past the end that it begins before.
+    size_t remaining() const { return at < until ? static_cast<size_t>(until - at) : 0; }
+
+    /// The next `length` of them.
+    QuickSource part(size_t length) const { return {input, at, at + length, varint}; }
 };
 
 class CheckedSource {
@@ -158,13 +280,7 @@ class CheckedSource {
     int tag(uint32_t& tag) { return buf_.readVarUInt32(tag); }
 
     /// Reads an integer into the bytes at `to`: a varint that fails leaves its groups there.
-    template <class Integer>
-    int integer(char* to) {
-        Integer value = load<Integer>(to);
-        const int result = read(value);
-        store(to, value);
-        return result;
-    }
+    int integer(const FieldData& field, char* to);
 
     int length(uint32_t& value) { return buf_.readUInt32(value); }
 

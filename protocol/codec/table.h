@@ -54,11 +54,31 @@ struct RowList {
 
 /// The field at `Index` of a type's table, under a name that stays short in symbols and messages.
 template <class Message, size_t Index>
-struct Field : Fields<Message>::Rows::template At<Index> {};
+struct Field : Fields<Message>::Rows::template At<Index> {
+    /// Bytes that are certain to be written behind the field once it is written: those of the
+    /// integers that follow it directly.
+    static constexpr size_t bytesAfter(bool varint) {
+        if constexpr (!std::is_union_v<Message> && Index + 1 < Fields<Message>::Rows::count) {
+            using Next = Field<Message, Index + 1>;
+            if constexpr (Next::kind() == Kind::integer) {
+                return Next::smallestSize(varint) + Next::bytesAfter(varint);
+            }
+        }
+        return 0;
+    }
+};
 
 /// The indices of a type's fields.
 template <class Message>
 using FieldIndices = std::make_index_sequence<Fields<Message>::Rows::count>;
+
+/// How many integers a structure begins with.
+template <class Message, size_t... Index>
+constexpr size_t leadingIntegers(std::index_sequence<Index...>) {
+    size_t count = 0;
+    (void)((Field<Message, Index>::kind() == Kind::integer && ++count != 0) && ...);
+    return count;
+}
 
 namespace list {
 
@@ -334,6 +354,11 @@ struct UnionTable {
     template <>                                                                          \
     struct Fields<Type> : Type##Rows::Table {};                                          \
     static_assert(Fields<Type>::check())
+
+/// Gives a type straight-line code: ZRP_STEADY(Type, inside) or ZRP_STEADY(Type, alone).
+#define ZRP_STEADY(Type, how) \
+    template <>               \
+    inline constexpr Steady steady<Type> = Steady::how
 
 /// A field: its number, the two halves of its name (type prefix and accessor name), what governs
 /// it, its default, whether it is hot.

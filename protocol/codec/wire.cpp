@@ -1,52 +1,93 @@
 #include "protocol/codec/wire.h"
 
-#include <bit>
-
 namespace quorva_zrp::codec::wire {
-
-char* storeLongVarint(char* to, uint64_t value) {
-    while (value >= UINT64_C(1) << 28) {
-        storeLowFirst<4>(to, fourGroups(value));
-        to += 4;
-        value >>= 28;
-    }
-    const uint32_t groups = fourGroups(value);
-    if (value < 0x80) {
-        storeLowFirst<1>(to, value);
-        return to + 1;
-    }
-    if (value < 0x4000) {
-        storeLowFirst<2>(to, groups & 0x7FFF);
-        return to + 2;
-    }
-    if (value < 0x200000) {
-        storeLowFirst<3>(to, groups & 0x7FFFFF);
-        return to + 3;
-    }
-    storeLowFirst<4>(to, groups & 0x7FFFFFFF);
-    return to + 4;
-}
 
 namespace {
 
-/// The 7-bit groups of 8 bytes, put together: pairs, then pairs of pairs, then the two halves.
+// Groups of 7 bits, eight at a time: halves, then pairs of pairs, then pairs.
+
+/// The low 56 bits of `value` as 8 groups, one a byte.
+uint64_t splitGroups(uint64_t value) {
+    value = (value & 0x000000000FFFFFFF) | (value & 0x00FFFFFFF0000000) << 4;
+    value = (value & 0x00003FFF00003FFF) | (value & 0x0FFFC0000FFFC000) << 2;
+    return (value & 0x007F007F007F007F) | (value & 0x3F803F803F803F80) << 1;
+}
+
+/// The groups of 8 bytes put together again; the continuation bits do not matter.
 uint64_t joinGroups(uint64_t bytes) {
     bytes = (bytes & 0x007F007F007F007F) | (bytes & 0x7F007F007F007F00) >> 1;
     bytes = (bytes & 0x00003FFF00003FFF) | (bytes & 0x3FFF00003FFF0000) >> 2;
     return (bytes & 0x000000000FFFFFFF) | (bytes & 0x0FFFFFFF00000000) >> 4;
 }
 
-/// The varint among 8 bytes of input, `from` and on; its end is null when it goes on past them.
-LoadedVarint loadAmong8(const char* from, uint64_t bytes) {
-    const uint64_t ends = ~bytes & 0x8080808080808080;
-    if (ends == 0) {
-        return {nullptr, joinGroups(bytes)};
+/// The bytes of a varint that ends among 8, or 8 of a longer one: without looking past its end.
+uint64_t bytesOfVarint(const char* from) {
+    uint64_t bytes = 0;
+    for (unsigned i = 0; i < 8; ++i) {
+        const uint64_t byte = loadLowFirst<1>(from + i);
+        bytes |= byte << (8 * i);
+        if (byte < 0x80) {
+            break;
+        }
     }
-    const unsigned lastBit = static_cast<unsigned>(std::countr_zero(ends));
-    return {from + lastBit / 8 + 1, joinGroups(bytes & (UINT64_MAX >> (63 - lastBit)))};
+    return bytes;
 }
 
 }  // namespace
+
+char* storeLongVarint(char* to, uint16_t value) {
+    return storeLongVarint(to, uint32_t{value});
+}
+
+char* storeLongVarint(char* to, uint32_t value) {
+    const uint32_t groups = fourGroups(value);
+    if (keepsCodeSmall && value < UINT32_C(1) << 14) {
+        storeLowFirst<2>(to, groups & 0x7FFF);
+        return to + 2;
+    }
+    if (value < UINT32_C(1) << 21) {
+        storeLowFirst<3>(to, groups & 0x7FFFFF);
+        return to + 3;
+    }
+    if (value < UINT32_C(1) << 28) {
+        storeLowFirst<4>(to, groups & 0x7FFFFFFF);
+        return to + 4;
+    }
+    storeLowFirst<4>(to, groups);
+    storeLowFirst<1>(to + 4, value >> 28);
+    return to + 5;
+}
+
+char* storeLongVarint(char* to, uint64_t value) {
+    if (value <= UINT32_MAX) {
+        return storeLongVarint(to, static_cast<uint32_t>(value));
+    }
+    const uint64_t groups = splitGroups(value) | 0x8080808080808080;
+    if (value >= UINT64_C(1) << 56) {
+        const uint64_t rest = value >> 56;
+        storeLowFirst<8>(to, groups);
+        if (rest < 0x80) {
+            storeLowFirst<1>(to + 8, rest);
+            return to + 9;
+        }
+        storeLowFirst<2>(to + 8, rest | 0x100);
+        return to + 10;
+    }
+    // 5 to 8 groups, in two halves that may overlap.
+    const unsigned size = (static_cast<unsigned>(std::bit_width(value)) + 6) / 7;
+    const uint64_t ended = groups & ~(UINT64_C(0x80) << (size * 8 - 8));
+    storeLowFirst<4>(to, ended);
+    storeLowFirst<4>(to + size - 4, ended >> (size * 8 - 32));
+    return to + size;
+}
+
+template <unsigned Bits>
+LoadedVarint loadGroupsShared(const char* from, const char* varintsBefore) {
+    return loadGroups<Bits>(from, varintsBefore);
+}
+template LoadedVarint loadGroupsShared<16>(const char*, const char*);
+template LoadedVarint loadGroupsShared<32>(const char*, const char*);
+template LoadedVarint loadGroupsShared<64>(const char*, const char*);
 
 LoadedVarint loadLongVarint(const char* from, uint32_t two) {
     using Quorva::brx_detail::byteAt;
@@ -64,28 +105,20 @@ LoadedVarint loadLongVarint(const char* from, uint32_t two) {
     return {fifth <= 0xF ? from + 5 : nullptr, addGroup(four, fifth, 28)};
 }
 
-LoadedVarint loadLongVarint(const char* from, const char* inputEnd) {
-    const size_t remaining = static_cast<size_t>(inputEnd - from);
-    if (remaining < 8) {
-        // The end of the varint is among these bytes; what is behind them does not matter.
-        uint64_t bytes = 0;
-        for (size_t i = 0; i < remaining; ++i) {
-            bytes |= loadLowFirst<1>(from + i) << (8 * i);
-        }
-        return loadAmong8(from, bytes);
+LoadedVarint loadLongVarint(const char* from, const char* varintsBefore) {
+    const uint64_t bytes = varintsBefore - from >= 8 ? loadLowFirst<8>(from) : bytesOfVarint(from);
+    const uint64_t ends = ~bytes & 0x8080808080808080;
+    if (ends != 0) {
+        const unsigned lastBit = static_cast<unsigned>(std::countr_zero(ends));
+        return {from + lastBit / 8 + 1, joinGroups(bytes & (UINT64_MAX >> (63 - lastBit)))};
     }
-    LoadedVarint loaded = loadAmong8(from, loadLowFirst<8>(from));
-    if (loaded.end == nullptr) {
-        const uint64_t ninth = loadLowFirst<1>(from + 8);
-        loaded.value |= (ninth & 0x7F) << 56;
-        loaded.end = from + 9;
-        if (ninth >= 0x80) {
-            const uint64_t tenth = loadLowFirst<1>(from + 9);
-            loaded.value |= tenth << 63;
-            loaded.end = tenth <= 1 ? from + 10 : nullptr;
-        }
+    const uint64_t ninth = loadLowFirst<1>(from + 8);
+    const uint64_t value = joinGroups(bytes) | (ninth & 0x7F) << 56;
+    if (ninth < 0x80) {
+        return {from + 9, value};
     }
-    return loaded;
+    const uint64_t tenth = loadLowFirst<1>(from + 9);
+    return {tenth <= 1 ? from + 10 : nullptr, value | tenth << 63};
 }
 
 }  // namespace quorva_zrp::codec::wire

@@ -8,41 +8,88 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <bit>
+
 #include "Common/Source/Core/BRX/BrxBuf.h"
 #include "protocol/codec/row.h"
 
 namespace quorva_zrp::codec::wire {
 
-// --- Bytes in stream order ----------------------------------------------------------------------
+// --- Byte order ---------------------------------------------------------------------------------
+// Values are put into the order of the stream in a register and stored whole. Stored byte by byte
+// they come out as well until a compiler joins the ends of several such stores, and then takes
+// three times the instructions.
+
+/// `value` with its bytes in reverse.
+template <class Unsigned>
+ZRP_INLINE constexpr Unsigned swapBytes(Unsigned value) {
+    if constexpr (sizeof(Unsigned) == 1) {
+        return value;
+    } else {
+        using Half =
+            std::conditional_t<sizeof(Unsigned) == 2, uint8_t,
+                               std::conditional_t<sizeof(Unsigned) == 4, uint16_t, uint32_t>>;
+        constexpr unsigned bits = sizeof(Half) * 8;
+        const Unsigned low = swapBytes(static_cast<Half>(value));
+        const Unsigned high = swapBytes(static_cast<Half>(value >> bits));
+        return static_cast<Unsigned>(low << bits | high);
+    }
+}
+
+/// Stores with the most significant byte first, as fixed integers and lengths travel.
+template <class Unsigned>
+ZRP_INLINE void storeHighFirst(char* to, Unsigned value) {
+    store(to, std::endian::native == std::endian::little ? swapBytes(value) : value);
+}
+
+/// Loads what storeHighFirst stores.
+template <class Unsigned>
+ZRP_INLINE Unsigned loadHighFirst(const char* from) {
+    const Unsigned value = load<Unsigned>(from);
+    return std::endian::native == std::endian::little ? swapBytes(value) : value;
+}
+
+/// The unsigned integer of `Size` bytes.
+template <size_t Size>
+using UnsignedOf = std::conditional_t<
+    Size == 1, uint8_t,
+    std::conditional_t<Size == 2, uint16_t, std::conditional_t<Size == 4, uint32_t, uint64_t>>>;
 
 /// Stores the low `Size` bytes of `bytes`, lowest first: the order in which varint groups travel.
-template <size_t Size>
-inline void storeLowFirst(char* to, uint64_t bytes) {
+/// `Slack` bytes behind them may be overwritten: what is written there comes later.
+template <size_t Size, size_t Slack = 0>
+ZRP_INLINE void storeLowFirst(char* to, uint64_t bytes) {
     static_assert(Size >= 1 && Size <= 8);
-    if constexpr (Size == 1) {
-        to[0] = static_cast<char>(bytes & 0xFF);
-    } else if constexpr (Size == 2 || Size == 4 || Size == 8) {
-        // Two halves: compilers join them, down to one store where the machine allows it.
-        storeLowFirst<Size / 2>(to, bytes);
-        storeLowFirst<Size / 2>(to + Size / 2, bytes >> (Size * 4));
+    constexpr size_t whole = std::bit_ceil(Size);
+    if constexpr (whole - Size <= Slack) {
+        using Word = UnsignedOf<whole>;
+        const Word word = static_cast<Word>(bytes);
+        store(to, std::endian::native == std::endian::little ? word : swapBytes(word));
     } else {
-        constexpr size_t head = Size > 4 ? 4 : 2;
+        constexpr size_t head = whole / 2;
         storeLowFirst<head>(to, bytes);
         storeLowFirst<Size - head>(to + head, bytes >> (head * 8));
     }
 }
 
-/// The `Size` bytes at `from` as a number, the first one lowest.
-template <size_t Size>
-inline uint64_t loadLowFirst(const char* from) {
+/// The `Size` bytes at `from` as a number, the first one lowest. `Slack` bytes behind them may be
+/// read.
+template <size_t Size, size_t Slack = 0>
+ZRP_INLINE uint64_t loadLowFirst(const char* from) {
     static_assert(Size >= 1 && Size <= 8);
-    if constexpr (Size == 1) {
-        return Quorva::brx_detail::byteAt(from, 0);
+    constexpr size_t whole = std::bit_ceil(Size);
+    if constexpr (whole - Size <= Slack) {
+        using Word = UnsignedOf<whole>;
+        const Word word = load<Word>(from);
+        return (std::endian::native == std::endian::little ? word : swapBytes(word)) &
+               UINT64_MAX >> (64 - Size * 8);
     } else {
-        constexpr size_t head = Size > 4 ? 4 : Size > 2 ? 2 : 1;
+        constexpr size_t head = whole / 2;
         return loadLowFirst<head>(from) | loadLowFirst<Size - head>(from + head) << (head * 8);
     }
 }
+
+// --- Tags ---------------------------------------------------------------------------------------
 
 /// A tag known when this is compiled, as the bytes it travels as.
 template <uint32_t Tag>
@@ -60,10 +107,17 @@ struct TagBytes {
         return bytes;
     }
 
-    static void store(char* to) { storeLowFirst<size>(to, packed()); }
+    /// Stores the tag; `Slack` as for storeLowFirst.
+    template <size_t Slack>
+    ZRP_INLINE static void store(char* to) {
+        storeLowFirst<size, Slack>(to, packed());
+    }
 
-    /// Whether the bytes at `from`, at least `size` of them, are this tag.
-    static bool isAt(const char* from) { return loadLowFirst<size>(from) == packed(); }
+    /// Whether the bytes at `from` are this tag; `Value` more are there.
+    template <size_t Value>
+    ZRP_INLINE static bool isAt(const char* from) {
+        return loadLowFirst<size, Value>(from) == packed();
+    }
 };
 
 // --- Varints ------------------------------------------------------------------------------------
@@ -75,30 +129,37 @@ inline uint32_t fourGroups(uint64_t value) {
            0x80808080;
 }
 
-/// Stores a varint of more than two groups; returns the end. Out of line: most values are shorter.
+// Varints of more than one group are stored out of line where they are long, as most are not, or
+// where code is to be small. Return the end.
+char* storeLongVarint(char* to, uint16_t value);
+char* storeLongVarint(char* to, uint32_t value);
 char* storeLongVarint(char* to, uint64_t value);
 
 /// Stores a tag and a varint; returns the end. One and two groups, which most values take, and all
-/// that 16 bits can take go out together with the tag.
-template <uint32_t Tag, class Unsigned>
+/// that 16 bits can take go out together with the tag. `Slack` as for storeLowFirst.
+template <uint32_t Tag, size_t Slack, class Unsigned>
 ZRP_INLINE char* storeVarintField(char* to, Unsigned value) {
     using Bytes = TagBytes<Tag>;
     constexpr size_t tagBits = Bytes::size * 8;
     if (value < 0x80) {
-        storeLowFirst<Bytes::size + 1>(to, Bytes::packed() | static_cast<uint64_t>(value)
-                                                                 << tagBits);
+        storeLowFirst<Bytes::size + 1, Slack>(to, Bytes::packed() | static_cast<uint64_t>(value)
+                                                                        << tagBits);
         return to + Bytes::size + 1;
+    }
+    if constexpr (keepsCodeSmall) {
+        Bytes::template store<2>(to);
+        return storeLongVarint(to + Bytes::size, value);
     }
     const uint64_t groups = fourGroups(value);
     if (value < 0x4000) {
-        storeLowFirst<Bytes::size + 2>(to, Bytes::packed() | (groups & 0x7FFF) << tagBits);
+        storeLowFirst<Bytes::size + 2, Slack>(to, Bytes::packed() | (groups & 0x7FFF) << tagBits);
         return to + Bytes::size + 2;
     }
     if constexpr (sizeof(Unsigned) == 2) {
-        storeLowFirst<Bytes::size + 3>(to, Bytes::packed() | (groups & 0x7FFFFF) << tagBits);
+        storeLowFirst<Bytes::size + 3, Slack>(to, Bytes::packed() | (groups & 0x7FFFFF) << tagBits);
         return to + Bytes::size + 3;
     } else {
-        Bytes::store(to);
+        Bytes::template store<2>(to);
         return storeLongVarint(to + Bytes::size, value);
     }
 }
@@ -110,13 +171,14 @@ struct LoadedVarint {
     uint64_t value;
 };
 
-// Loading a varint takes input that holds its end or 10 more bytes from `from` on, and ends at
-// `inputEnd`. Values of more than two groups go on out of line: most are shorter.
+// Loading a varint takes one byte of input; the others it looks at only when it begins before
+// `varintsBefore`: from there on a varint may have no end. Values of more than two groups go on out
+// of line: most are shorter.
 
 /// Goes on after two groups that gave `two`, for up to 32 bits.
 LoadedVarint loadLongVarint(const char* from, uint32_t two);
 /// Starts again, for up to 64 bits: eight groups at once where the input is long enough.
-LoadedVarint loadLongVarint(const char* from, const char* inputEnd);
+LoadedVarint loadLongVarint(const char* from, const char* varintsBefore);
 
 /// The groups of `so` and the one in `byte`, which comes `shift` bits higher. The continuation bit
 /// of the group before stands where this one begins: it is taken out.
@@ -124,28 +186,45 @@ inline uint32_t addGroup(uint32_t so, uint32_t byte, unsigned shift) {
     return so + ((byte - 1) << shift);
 }
 
-/// Loads a varint of `Bits` bits. One and two groups, and all that 16 or 21 bits can take, are read
-/// here.
+/// Loads a varint of `Bits` bits that has more than one group. Two, and all that 16 bits can take,
+/// are read here.
 template <unsigned Bits>
-ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* inputEnd) {
+ZRP_INLINE LoadedVarint loadGroups(const char* from, const char* varintsBefore) {
     using Quorva::brx_detail::byteAt;
-    const uint32_t first = byteAt(from, 0);
-    if (first < 0x80) {
-        return {from + 1, first};
+    if (from >= varintsBefore) {
+        return {nullptr, 0};
     }
     const uint32_t second = byteAt(from, 1);
-    const uint32_t two = addGroup(first, second, 7);
+    const uint32_t two = addGroup(byteAt(from, 0), second, 7);
     if (second < 0x80) {
         return {from + 2, two};
     }
-    if constexpr (Bits <= 21) {
+    if constexpr (Bits == 16) {
         const uint32_t third = byteAt(from, 2);
         const bool fits = third < 1u << (Bits - 14);
         return {fits ? from + 3 : nullptr, addGroup(two, third, 14)};
     } else if constexpr (Bits == 32) {
         return loadLongVarint(from, two);
     } else {
-        return loadLongVarint(from, inputEnd);
+        return loadLongVarint(from, varintsBefore);
+    }
+}
+
+/// The same out of line, where code is to be small.
+template <unsigned Bits>
+LoadedVarint loadGroupsShared(const char* from, const char* varintsBefore);
+
+/// Loads a varint of `Bits` bits.
+template <unsigned Bits>
+ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* varintsBefore) {
+    const uint32_t first = Quorva::brx_detail::byteAt(from, 0);
+    if (first < 0x80) {
+        return {from + 1, first};
+    }
+    if constexpr (keepsCodeSmall) {
+        return loadGroupsShared<Bits>(from, varintsBefore);
+    } else {
+        return loadGroups<Bits>(from, varintsBefore);
     }
 }
 
@@ -161,38 +240,36 @@ inline auto toVarint(Integer value) {
     }
 }
 
-template <uint32_t Number, bool Varint, class Integer>
+/// Stores a tag and an integer; returns the end. `Slack` as for storeLowFirst.
+template <uint32_t Number, bool Varint, size_t Slack, class Integer>
 ZRP_INLINE char* storeInteger(char* to, Integer value) {
-    constexpr uint32_t tag = makeTag(Number, wireTypeOf<Integer>(Varint));
+    using Tag = TagBytes<makeTag(Number, wireTypeOf<Integer>(Varint))>;
     if constexpr (sizeof(Integer) == 1) {
-        constexpr size_t tagSize = TagBytes<tag>::size;
-        storeLowFirst<tagSize + 1>(
-            to, TagBytes<tag>::packed() | static_cast<uint64_t>(static_cast<uint8_t>(value))
-                                              << (tagSize * 8));
-        return to + tagSize + 1;
+        storeLowFirst<Tag::size + 1, Slack>(
+            to, Tag::packed() | static_cast<uint64_t>(static_cast<uint8_t>(value))
+                                    << (Tag::size * 8));
+        return to + Tag::size + 1;
     } else if constexpr (Varint) {
-        return storeVarintField<tag>(to, toVarint(value));
+        return storeVarintField<makeTag(Number, wireVarint), Slack>(to, toVarint(value));
     } else {
-        TagBytes<tag>::store(to);
-        to += TagBytes<tag>::size;
-        Quorva::brx_detail::storeBigEndian(to, static_cast<std::make_unsigned_t<Integer>>(value));
-        return to + sizeof(Integer);
+        Tag::template store<sizeof(Integer)>(to);
+        storeHighFirst(to + Tag::size, static_cast<std::make_unsigned_t<Integer>>(value));
+        return to + Tag::size + sizeof(Integer);
     }
 }
 
-/// The fewest bytes of input that make `loadInteger` safe: a varint needs one before the point up
-/// to which varints are known to end.
+/// The fewest bytes of input that `loadInteger` takes.
 template <class Integer, bool Varint>
 constexpr size_t leastInput = Varint ? 1 : sizeof(Integer);
 
 /// Loads an integer into `field`; returns where it ends, or null (only with varints) as loadVarint.
 template <bool Varint, class Integer>
-ZRP_INLINE const char* loadInteger(const char* from, const char* inputEnd, Integer& field) {
+ZRP_INLINE const char* loadInteger(const char* from, const char* varintsBefore, Integer& field) {
     if constexpr (sizeof(Integer) == 1) {
         field = static_cast<Integer>(from[0]);
         return from + 1;
     } else if constexpr (Varint) {
-        const LoadedVarint loaded = loadVarint<sizeof(Integer) * 8>(from, inputEnd);
+        const LoadedVarint loaded = loadVarint<sizeof(Integer) * 8>(from, varintsBefore);
         if constexpr (std::is_signed_v<Integer>) {
             using Register = std::make_unsigned_t<Integer>;
             field = Quorva::brx_detail::unzigzag(static_cast<Register>(loaded.value));
@@ -201,9 +278,7 @@ ZRP_INLINE const char* loadInteger(const char* from, const char* inputEnd, Integ
         }
         return loaded.end;
     } else {
-        std::make_unsigned_t<Integer> bits = 0;
-        Quorva::brx_detail::loadBigEndian(from, bits);
-        field = static_cast<Integer>(bits);
+        field = static_cast<Integer>(loadHighFirst<std::make_unsigned_t<Integer>>(from));
         return from + sizeof(Integer);
     }
 }

@@ -56,4 +56,11 @@ ZRP_STRUCTURE(TZRPAuthRefreshNotifyBody,
 
 // clang-format on
 
+ZRP_STEADY(TVESKIDValue, once);
+ZRP_STEADY(TVESKAccount, once);
+ZRP_STEADY(O2AuthData, once);
+ZRP_STEADY(TZRPAuthReqBody, once);
+ZRP_STEADY(TZRPAuthRspBody, once);
+ZRP_STEADY(TZRPAuthRefreshNotifyBody, alone);
+
 }  // namespace quorva_zrp::codec

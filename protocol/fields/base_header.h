@@ -20,4 +20,6 @@ ZRP_STRUCTURE(TZRPBase,
 
 // clang-format on
 
+ZRP_STEADY(TZRPBase, alone);
+
 }  // namespace quorva_zrp::codec

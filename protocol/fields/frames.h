@@ -45,13 +45,19 @@ ZRP_STRUCTURE(TZRPHead,
     ZRP_ROW(2, st, Extend, ZRP_BY(stBase.wCommand), Hot));
 
 ZRP_STRUCTURE(TZRPFrame,
-    ZRP_ROW(1, st, Head, Hot),
+    ZRP_ROW(1, st, Head),
     ZRP_TRAILING_ROW(2, sz, Body, ZRP_BY(stHead.stBase.dwBodyLen)));
 
 ZRP_STRUCTURE(TZRPInFrame,
-    ZRP_ROW(1, st, Head, Hot),
+    ZRP_ROW(1, st, Head),
     ZRP_ROW(2, st, Body, ZRP_BY(stHead.stBase.wCommand), Hot));
 
 // clang-format on
+
+ZRP_STEADY(TZRPExtHead, inside);
+ZRP_STEADY(TZRPBody, inside);
+ZRP_STEADY(TZRPHead, alone);
+ZRP_STEADY(TZRPFrame, alone);
+ZRP_STEADY(TZRPInFrame, alone);
 
 }  // namespace quorva_zrp::codec

@@ -42,4 +42,6 @@ ZRP_STRUCTURE(TZRPBingoBody,
 
 // clang-format on
 
+ZRP_STEADY(TZRPSynHead, once);
+
 }  // namespace quorva_zrp::codec

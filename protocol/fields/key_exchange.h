@@ -38,4 +38,7 @@ ZRP_UNION(TZRPKeyRsp,
 
 // clang-format on
 
+ZRP_STEADY(TVESKRawDHReq, once);
+ZRP_STEADY(TZRPKeyReq, once);
+
 }  // namespace quorva_zrp::codec

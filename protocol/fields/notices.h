@@ -28,4 +28,6 @@ ZRP_STRUCTURE(TZRPSStopBody,
 
 // clang-format on
 
+ZRP_STEADY(TZRPDataHead, inside);
+
 }  // namespace quorva_zrp::codec

@@ -42,4 +42,8 @@ ZRP_STRUCTURE(TZRPRouteChangeBody,
 
 // clang-format on
 
+ZRP_STEADY(SpecifyZoneRouteInfo, inside);
+ZRP_STEADY(SpecifyServerRouteInfo, inside);
+ZRP_STEADY(TZRPRouteInfo, inside);
+
 }  // namespace quorva_zrp::codec
