@@ -4,197 +4,173 @@ namespace quorva_zrp::codec {
 
 using Quorva::BrxTLVUtil;
 
+// Nested values are entered by the loop below, not by calls: the stack that decoding takes does not
+// grow with the nesting of the input.
+
+int decodeNested(const FieldData& field, char*, QuickSource& source, uint64_t length) {
+    source.entered = {&field, length};
+    return 0;
+}
+
+int decodeNested(const FieldData& field, char*, CheckedSource& source, uint64_t length) {
+    source.entered = {&field, length};
+    return 0;
+}
+
 namespace {
 
-// --- One field in any order ---------------------------------------------------------------------
+/// A structure or a union that is being read.
+struct Level {
+    char* value;
+    uint64_t end;  ///< offset in the input; in 64 bits, so that a length means the same everywhere
+    const FieldData* field;  ///< which field of the level outside it is; the outermost is none
+    uint32_t seen;           ///< presence bits of the fields that were met
+    uint32_t number;         ///< the last field that was met
+    uint8_t type;
+    bool isUnion;
+    bool isRead;  ///< whether a field was met
 
-/// What has been met of a structure or a union.
-struct Met {
-    uint32_t seen = 0;    ///< presence bits of the fields
-    uint32_t number = 0;  ///< number of the last field
+    /// A union has one field, whatever its length says.
+    bool isAtEnd(uint64_t consumed) const { return isUnion ? isRead : consumed >= end; }
+
+    void keepPresence() const {
+        if (!isUnion) {
+            store(value + tableOf(type).presenceOffset, seen);
+        }
+    }
 };
 
-/// Reads a tag and the value behind it.
+/// Reads a tag and the value behind it; a nested value is only entered.
 template <class Source>
-ZRP_INLINE int decodeNext(const TableData& table, char* record, Source& source, Met& met) {
+ZRP_INLINE int decodeNext(const TableData& table, Level& level, Source& source) {
     uint32_t tag = 0;
     if (const int result = source.tag(tag); result != 0) {
         return result;
     }
-    met.number = BrxTLVUtil::getFieldId(tag);
-    const FieldData* const field = table.find(met.number);
+    level.number = BrxTLVUtil::getFieldId(tag);
+    level.isRead = true;
+    const FieldData* const field = table.find(level.number);
     if (field == nullptr) {
         return source.skip(BrxTLVUtil::getTypeId(tag));
     }
-    met.seen |= field->presenceBit;
-    return decodeField(*field, record, source);
+    level.seen |= field->presenceBit;
+    return decodeField(*field, level.value, source);
 }
 
-/// The same out of line, once.
-ZRP_SELDOM int decodeNextChecked(const TableData& table, char* record, CheckedSource& source,
-                                 Met& met) {
-    return decodeNext(table, record, source, met);
+/// The same through CheckedSource, for what `quick` does not expect.
+ZRP_SELDOM int decodeNextChecked(Level& level, QuickSource& quick, const char* at) {
+    BrxReadBuf buf(quick.input.begin, quick.input.size);
+    buf.position = quick.input.offsetOf(at);
+    CheckedSource source(buf, quick.varint);
+    const int result = decodeNext(tableOf(level.type), level, source);
+    quick.at = quick.input.begin + buf.position;
+    quick.entered = source.entered;
+    return result;
 }
 
-// --- All fields of a structure, the one field of a union ----------------------------------------
-
-/// Step by step, `length` bytes. Ends are computed in 64 bits and wrap, so that a length means the
-/// same on every platform.
-int decodeFields(const TableData& table, char* record, CheckedSource& source, uint64_t length,
-                 Met& met) {
-    const uint64_t end = source.consumed() + length;
-    while (table.isUnion || source.consumed() < end) {
-        const int result = decodeNextChecked(table, record, source, met);
-        if (result != 0) {
-            return result;
-        }
-        if (table.isUnion) {
-            break;
-        }
-    }
-    // No field of the catalogue is required, so none can be missing here.
-    return source.consumed() > end ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : 0;
-}
-
-/// Leaves a field to CheckedSource.
-DecodeStep decodeNextChecked(const TableData& table, char* record, const Input& input,
-                             const char* at, bool varint, Met& met) {
-    BrxReadBuf buf(input.begin, input.size);
-    buf.position = input.offsetOf(at);
-    CheckedSource source(buf, varint);
-    const int result = decodeNextChecked(table, record, source, met);
-    return {input.begin + buf.position, result};
-}
-
-/// Up to the end of `source`, which is all there.
-int decodeFields(const TableData& table, char* record, QuickSource& source, Met& met) {
+/// Reads fields until one fails or is nested or the level ends.
+int decodeFields(Level& level, QuickSource& source) {
     // Copies that nothing points at stay in registers.
-    const TableData rows = table;
-    uint32_t seen = met.seen;
+    const TableData table = tableOf(level.type);
+    Level now = level;
     int result = 0;
-    while (rows.isUnion || source.at < source.until) {
+    source.entered.field = nullptr;
+    do {
         const char* const start = source.at;
-        Met now;
-        result = decodeNext(rows, record, source, now);
+        result = decodeNext(table, now, source);
         if (result == surprise) {
-            const DecodeStep step =
-                decodeNextChecked(table, record, source.input, start, source.varint, now);
-            source.at = step.at;
-            result = step.result;
+            level = now;
+            result = decodeNextChecked(level, source, start);
+            now = level;
         }
-        seen |= now.seen;
-        met.number = now.number;
-        if (result != 0 || rows.isUnion) {
+    } while (result == 0 && source.entered.field == nullptr && !now.isUnion &&
+             source.at < source.until);
+    level = now;
+    return result;
+}
+
+/// Reads from the outermost level on; `*selector` is where a union's goes.
+int decodeLevels(Level outermost, long long* selector, QuickSource& source) {
+    Level levels[CatalogueData::mostLevels];
+    levels[0] = outermost;
+    Level* level = levels;
+    const auto endOf = [&](const Level& of) {
+        const Input& input = source.input;
+        return input.begin + (of.end < input.size ? static_cast<size_t>(of.end) : input.size);
+    };
+    source.until = endOf(*level);
+    int result = 0;
+    while (result == 0) {
+        const uint64_t consumed = source.input.offsetOf(source.at);
+        if (!level->isAtEnd(consumed)) {
+            result = decodeFields(*level, source);
+            if (const FieldData* const field = source.entered.field; field != nullptr) {
+                const uint64_t end = source.input.offsetOf(source.at) + source.entered.length;
+                const bool isUnion = field->kind() == Kind::selectedUnion;
+                char* const value = level->value + field->offset();
+                *++level = {value, end, field, 0, 0, field->nestedType, isUnion, false};
+                source.until = endOf(*level);
+            }
+        } else if (consumed > level->end) {
+            result = Quorva::BRX_ERR_LENGTH_MISMATCH;
+        } else if (level == levels) {
             break;
+        } else {
+            // No field of the catalogue is required, so none can be missing here.
+            level->keepPresence();
+            const Level& inside = *level--;
+            governNested(*inside.field, level->value, inside.number);
+            source.until = endOf(*level);
         }
     }
-    met.seen = seen;
-    return result == 0 && source.at > source.until ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : result;
-}
-
-/// Keeps what has been met: the presence bits of a structure, the selector of a union that was
-/// read.
-void keep(const TableData& table, char* value, const Met& met, int result, long long* selector) {
-    if (!table.isUnion) {
-        store(value + table.presenceOffset, met.seen);
-    } else if (result == 0) {
-        *selector = met.number;
+    if (result == 0 && outermost.isUnion) {
+        *selector = levels[0].number;
     }
-}
-
-int decodeValue(uint8_t type, char* value, long long* selector, CheckedSource& source,
-                uint64_t length) {
-    const TableData& table = tableOf(type);
-    Met met;
-    const int result = decodeFields(table, value, source, length, met);
-    keep(table, value, met, result, selector);
-    return result;
-}
-
-int decodeValue(uint8_t type, char* value, long long* selector, QuickSource& source,
-                uint32_t seen) {
-    const TableData& table = tableOf(type);
-    Met met{seen};
-    const int result = decodeFields(table, value, source, met);
-    keep(table, value, met, result, selector);
-    return result;
-}
-
-}  // namespace
-
-// --- Nested values ------------------------------------------------------------------------------
-
-int decodeNested(const FieldData& field, char* record, CheckedSource& source, uint64_t length) {
-    long long selector = 0;
-    const int result =
-        decodeValue(field.nestedType, record + field.offset(), &selector, source, length);
-    if (result == 0) {
-        governNested(field, record, selector);
+    for (const Level* open = levels; open <= level; ++open) {
+        open->keepPresence();
     }
     return result;
 }
 
-int decodeNested(const FieldData& field, char* record, QuickSource& source, uint64_t length) {
-    if (length > source.remaining()) {
-        return surprise;
-    }
-    QuickSource inside = source.part(static_cast<size_t>(length));
-    long long selector = 0;
-    const int result = decodeValue(field.nestedType, record + field.offset(), &selector, inside, 0);
-    source.at = inside.at;
-    if (result == 0) {
-        governNested(field, record, selector);
-    }
-    return result;
-}
-
-// --- From straight-line code and from buffers ---------------------------------------------------
-
-namespace {
-
-/// Whether the `length` bytes at `at` are there, and at least one.
-bool isAllThere(const char* begin, size_t size, const char* at, uint64_t length) {
-    return length - 1 < static_cast<size_t>(begin + size - at);
+/// The outermost level for `length` bytes behind the first `consumed`.
+Level outermost(uint8_t type, char* value, uint32_t seen, uint64_t consumed, uint64_t length) {
+    return {value, consumed + length, nullptr, seen, 0, type, tableOf(type).isUnion, false};
 }
 
 }  // namespace
 
 DecodeStep decodeShared(uint8_t type, char* value, long long* selector, const Input& input,
                         const char* at, uint64_t length, bool varint) {
-    if (isAllThere(input.begin, input.size, at, length)) {
-        QuickSource source{input, at, at + length, varint};
-        const int result = decodeValue(type, value, selector, source, 0);
-        return {source.at, result};
-    }
-    BrxReadBuf buf(input.begin, input.size);
-    buf.position = input.offsetOf(at);
-    CheckedSource source(buf, varint);
-    const int result = decodeValue(type, value, selector, source, length);
-    return {input.begin + buf.position, result};
-}
-
-int decodeShared(uint8_t type, char* value, long long* selector, BrxReadBuf& buf, uint64_t length,
-                 bool varint) {
-    // A broken buffer is for CheckedSource to report.
-    if (buf.position <= buf.length) {
-        const char* const at = buf.beginPtr + buf.position;
-        if (isAllThere(buf.beginPtr, buf.length, at, length)) {
-            const Input input(buf.beginPtr, buf.length, at + length, varint);
-            QuickSource source{input, at, at + length, varint};
-            const int result = decodeValue(type, value, selector, source, 0);
-            buf.position = input.offsetOf(source.at);
-            return result;
-        }
-    }
-    CheckedSource source(buf, varint);
-    return decodeValue(type, value, selector, source, length);
+    QuickSource source(input, at, varint);
+    const int result =
+        decodeLevels(outermost(type, value, 0, input.offsetOf(at), length), selector, source);
+    return {source.at, result};
 }
 
 DecodeStep finishShared(uint8_t type, char* record, uint32_t seen, const Input& input,
                         const char* at, const char* until, bool varint) {
-    QuickSource source{input, at, until, varint};
-    const int result = decodeValue(type, record, nullptr, source, seen);
+    QuickSource source(input, at, varint);
+    const int result =
+        decodeLevels(outermost(type, record, seen, input.offsetOf(until), 0), nullptr, source);
     return {source.at, result};
+}
+
+int decodeShared(uint8_t type, char* value, long long* selector, BrxReadBuf& buf, uint64_t length,
+                 bool varint) {
+    if (buf.position > buf.length) {
+        // A broken buffer: the first read reports it.
+        Level level = outermost(type, value, 0, buf.position, length);
+        level.keepPresence();
+        CheckedSource source(buf, varint);
+        return level.isAtEnd(buf.position) ? 0 : decodeNext(tableOf(type), level, source);
+    }
+    const char* const at = buf.beginPtr + buf.position;
+    const size_t remaining = buf.length - buf.position;
+    const char* const end = at + (length < remaining ? static_cast<size_t>(length) : remaining);
+    const Input input(buf.beginPtr, buf.length, end, varint);
+    const DecodeStep step = decodeShared(type, value, selector, input, at, length, varint);
+    buf.position = input.offsetOf(step.at);
+    return step.result;
 }
 
 }  // namespace quorva_zrp::codec

@@ -165,6 +165,7 @@ ZRP_INLINE int decodeFields(char* record, PredictingSource<Varint>& source, cons
         store(record + offsetof(Record, presence), seen);
         return result;
     }
+    source.input().isSurprising = true;
     return goOn(source, finishShared(typeIndex<Record>, record, seen, source.input(), source.at,
                                      until, Varint));
 }
@@ -224,7 +225,10 @@ ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>&
         using Type = typename Field::type;
         char* const nested = record + field.offset();
         if constexpr (isStraightInside<Type>) {
-            if (length <= static_cast<size_t>(source.until() - source.at)) {
+            // A selector is known only after all that came before was read along the rows.
+            const bool isExpected =
+                Field::kind() == Kind::structure || !source.input().isSurprising;
+            if (isExpected && length <= static_cast<size_t>(source.until() - source.at)) {
                 const long long expected = static_cast<long long>(field.governor(record));
                 const int result =
                     decodeStraight(field, nested, expected, source, source.at + length);
@@ -236,6 +240,7 @@ ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>&
                     return result;
                 }
             }
+            source.input().isSurprising = true;
         }
         long long selector = 0;
         const int result = goOn(source, decodeShared(typeIndex<Type>, nested, &selector,

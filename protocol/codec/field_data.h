@@ -133,6 +133,8 @@ struct TableData {
 /// The tables of all types in the order of the catalogue, and their fields one after another.
 struct CatalogueData {
     static constexpr size_t fieldCount = 139;
+    /// Structures and unions inside each other, the outermost one counted.
+    static constexpr size_t mostLevels = 6;
 
     TableData tables[Catalogue::count];
     FieldData fields[fieldCount];

@@ -24,16 +24,17 @@ constexpr int otherTag = 2;
 struct Input {
     const char* begin;
     size_t size;  ///< bytes that may be read
+    /// Whether anything came that an encoder would not have written.
+    mutable bool isSurprising = false;
 
     /// A varint that begins before this point has its end inside the message, or 10 bytes of it,
     /// which no varint of an encoder exceeds: its bytes need no bounds checks of their own.
     const char* varintsBefore;
 
-    /// A message that ends at `end`, at least 1 and at most `bytes` behind `from`; prediction looks
-    /// no further.
+    /// A message that ends at `end`, at most `bytes` behind `from`; prediction looks no further.
     ZRP_INLINE Input(const char* from, size_t bytes, const char* end, bool varint)
         : begin(from), size(bytes), varintsBefore(end) {
-        if (varint && Quorva::brx_detail::byteAt(end - 1, 0) >= 0x80) {
+        if (varint && end != from && Quorva::brx_detail::byteAt(end - 1, 0) >= 0x80) {
             findVarintsBefore();
         }
     }
@@ -173,6 +174,12 @@ class PredictingSource {
     const char* last_;  ///< the last byte that may be taken
 };
 
+/// A nested value whose length has been read: the loop over the fields goes on inside it.
+struct Entered {
+    const FieldData* field;  ///< null for none
+    uint64_t length;
+};
+
 // Integers whose size is known at run time.
 
 /// Loads a varint for an integer of `size` bytes.
@@ -215,11 +222,17 @@ ZRP_INLINE void storeInteger(size_t size, char* to, uint64_t value) {
 
 /// The same for fields in any order: it reads tags, steps over unknown fields, and sees for itself
 /// that values begin before the end.
-struct QuickSource {
+class QuickSource {
+  public:
+    /// `until` is to be set before anything is read.
+    QuickSource(const Input& bytes, const char* from, bool varints)
+        : input(bytes), at(from), until(from), varint(varints) {}
+
     const Input& input;
-    const char* at;           ///< the next byte
-    const char* const until;  ///< where reading ends
+    const char* at;     ///< the next byte
+    const char* until;  ///< where reading ends, no further than the input
     const bool varint;
+    Entered entered{};
 
     /// A tag of at most three bytes, which all of the catalogue take.
     ZRP_INLINE int tag(uint32_t& tag) {
@@ -229,8 +242,6 @@ struct QuickSource {
         }
         return longTag(tag);
     }
-
-    int longTag(uint32_t& tag);  ///< of any size
 
     ZRP_INLINE int integer(const FieldData& field, char* to) {
         const size_t size = field.integerSize;
@@ -268,14 +279,16 @@ struct QuickSource {
     /// Bytes that may be taken. A varint can go past the end that it begins before.
     size_t remaining() const { return at < until ? static_cast<size_t>(until - at) : 0; }
 
-    /// The next `length` of them.
-    QuickSource part(size_t length) const { return {input, at, at + length, varint}; }
+  private:
+    int longTag(uint32_t& tag);  ///< of any size
 };
 
 class CheckedSource {
   public:
     /// Reads `buf` from its position on.
     CheckedSource(BrxReadBuf& buf, bool varint) : buf_(buf), varint_(varint) {}
+
+    Entered entered{};
 
     int tag(uint32_t& tag) { return buf_.readVarUInt32(tag); }
 
@@ -295,9 +308,6 @@ class CheckedSource {
     int skip(uint32_t wireType) {
         return Quorva::BrxTLVUtil::skipUnknownFields(buf_, static_cast<int>(wireType));
     }
-
-    /// Bytes consumed so far, as a number of the same width on every platform.
-    uint64_t consumed() const { return buf_.position; }
 
   private:
     int read(uint8_t& value) { return buf_.readUInt8(value); }
