@@ -19,26 +19,32 @@ int decodeNested(const FieldData& field, char*, CheckedSource& source, uint64_t 
 
 namespace {
 
-/// A structure or a union that is being read.
+/// A structure or a union that is being read. Small, since as many lie on the stack as a message
+/// has levels.
 struct Level {
     char* value;
     uint64_t end;  ///< offset in the input; in 64 bits, so that a length means the same everywhere
-    const FieldData* field;  ///< which field of the level outside it is; the outermost is none
-    uint32_t seen;           ///< presence bits of the fields that were met
-    uint32_t number;         ///< the last field that was met
+    uint32_t number;  ///< the last field that was met
+    uint16_t seen;    ///< presence bits of the fields that were met
     uint8_t type;
-    bool isUnion;
-    bool isRead;  ///< whether a field was met
+    uint8_t field;  ///< which of the fields of the level outside it is
 
-    /// A union has one field, whatever its length says.
-    bool isAtEnd(uint64_t consumed) const { return isUnion ? isRead : consumed >= end; }
+    const TableData& table() const { return tableOf(type); }
 
     void keepPresence() const {
-        if (!isUnion) {
-            store(value + tableOf(type).presenceOffset, seen);
+        if (!table().isUnion) {
+            store(value + table().presenceOffset, uint32_t{seen});
         }
     }
 };
+
+/// In `seen` of a union: its field was read.
+constexpr uint16_t isRead = 1;
+
+/// Whether no more fields are to be read. A union has one field, whatever its length says.
+bool isAtEnd(const Level& level, uint64_t consumed) {
+    return level.table().isUnion ? level.seen == isRead : consumed >= level.end;
+}
 
 /// Reads a tag and the value behind it; a nested value is only entered.
 template <class Source>
@@ -48,12 +54,14 @@ ZRP_INLINE int decodeNext(const TableData& table, Level& level, Source& source) 
         return result;
     }
     level.number = BrxTLVUtil::getFieldId(tag);
-    level.isRead = true;
     const FieldData* const field = table.find(level.number);
+    if (table.isUnion) {
+        level.seen = isRead;
+    }
     if (field == nullptr) {
         return source.skip(BrxTLVUtil::getTypeId(tag));
     }
-    level.seen |= field->presenceBit;
+    level.seen = static_cast<uint16_t>(level.seen | field->presenceBit);
     return decodeField(*field, level.value, source);
 }
 
@@ -62,7 +70,7 @@ ZRP_SELDOM int decodeNextChecked(Level& level, QuickSource& quick, const char* a
     BrxReadBuf buf(quick.input.begin, quick.input.size);
     buf.position = quick.input.offsetOf(at);
     CheckedSource source(buf, quick.varint);
-    const int result = decodeNext(tableOf(level.type), level, source);
+    const int result = decodeNext(level.table(), level, source);
     quick.at = quick.input.begin + buf.position;
     quick.entered = source.entered;
     return result;
@@ -71,7 +79,7 @@ ZRP_SELDOM int decodeNextChecked(Level& level, QuickSource& quick, const char* a
 /// Reads fields until one fails or is nested or the level ends.
 int decodeFields(Level& level, QuickSource& source) {
     // Copies that nothing points at stay in registers.
-    const TableData table = tableOf(level.type);
+    const TableData table = level.table();
     Level now = level;
     int result = 0;
     source.entered.field = nullptr;
@@ -83,48 +91,59 @@ int decodeFields(Level& level, QuickSource& source) {
             result = decodeNextChecked(level, source, start);
             now = level;
         }
-    } while (result == 0 && source.entered.field == nullptr && !now.isUnion &&
+    } while (result == 0 && source.entered.field == nullptr && !table.isUnion &&
              source.at < source.until);
     level = now;
     return result;
 }
 
-/// Reads from the outermost level on; `*selector` is where a union's goes.
-int decodeLevels(Level outermost, long long* selector, QuickSource& source) {
+/// Where reading in a level ends: not behind the input.
+const char* untilOf(const Level& level, const Input& input) {
+    return input.begin + (level.end < input.size ? static_cast<size_t>(level.end) : input.size);
+}
+
+/// Goes into the nested value that `source` has come to.
+void enter(Level*& level, QuickSource& source) {
+    const FieldData& field = *source.entered.field;
+    const uint64_t end = source.input.offsetOf(source.at) + source.entered.length;
+    char* const value = level->value + field.offset();
+    const auto index = static_cast<uint8_t>(&field - level->table().begin());
+    *++level = {value, end, 0, 0, field.nestedType, index};
+    source.until = untilOf(*level, source.input);
+}
+
+/// Comes back from a nested value. No field of the catalogue is required, so none can be missing.
+void leave(Level*& level, QuickSource& source) {
+    level->keepPresence();
+    const Level& inside = *level--;
+    governNested(level->table().begin()[inside.field], level->value, inside.number);
+    source.until = untilOf(*level, source.input);
+}
+
+/// Reads a structure or union and all that is nested in it. `*selector` is where a union's goes.
+int decodeLevels(const Level& outermost, long long* selector, QuickSource& source) {
     Level levels[CatalogueData::mostLevels];
-    levels[0] = outermost;
     Level* level = levels;
-    const auto endOf = [&](const Level& of) {
-        const Input& input = source.input;
-        return input.begin + (of.end < input.size ? static_cast<size_t>(of.end) : input.size);
-    };
-    source.until = endOf(*level);
+    *level = outermost;
+    source.until = untilOf(*level, source.input);
     int result = 0;
     while (result == 0) {
         const uint64_t consumed = source.input.offsetOf(source.at);
-        if (!level->isAtEnd(consumed)) {
+        if (!isAtEnd(*level, consumed)) {
             result = decodeFields(*level, source);
-            if (const FieldData* const field = source.entered.field; field != nullptr) {
-                const uint64_t end = source.input.offsetOf(source.at) + source.entered.length;
-                const bool isUnion = field->kind() == Kind::selectedUnion;
-                char* const value = level->value + field->offset();
-                *++level = {value, end, field, 0, 0, field->nestedType, isUnion, false};
-                source.until = endOf(*level);
+            if (source.entered.field != nullptr) {
+                enter(level, source);
             }
         } else if (consumed > level->end) {
             result = Quorva::BRX_ERR_LENGTH_MISMATCH;
-        } else if (level == levels) {
-            break;
+        } else if (level != levels) {
+            leave(level, source);
         } else {
-            // No field of the catalogue is required, so none can be missing here.
-            level->keepPresence();
-            const Level& inside = *level--;
-            governNested(*inside.field, level->value, inside.number);
-            source.until = endOf(*level);
+            break;
         }
     }
-    if (result == 0 && outermost.isUnion) {
-        *selector = levels[0].number;
+    if (result == 0 && level->table().isUnion) {
+        *selector = level->number;
     }
     for (const Level* open = levels; open <= level; ++open) {
         open->keepPresence();
@@ -132,9 +151,9 @@ int decodeLevels(Level outermost, long long* selector, QuickSource& source) {
     return result;
 }
 
-/// The outermost level for `length` bytes behind the first `consumed`.
-Level outermost(uint8_t type, char* value, uint32_t seen, uint64_t consumed, uint64_t length) {
-    return {value, consumed + length, nullptr, seen, 0, type, tableOf(type).isUnion, false};
+/// The outermost level, up to `end`.
+Level outermost(uint8_t type, char* value, uint32_t seen, uint64_t end) {
+    return {value, end, 0, static_cast<uint16_t>(seen), type, 0};
 }
 
 }  // namespace
@@ -143,7 +162,7 @@ DecodeStep decodeShared(uint8_t type, char* value, long long* selector, const In
                         const char* at, uint64_t length, bool varint) {
     QuickSource source(input, at, varint);
     const int result =
-        decodeLevels(outermost(type, value, 0, input.offsetOf(at), length), selector, source);
+        decodeLevels(outermost(type, value, 0, input.offsetOf(at) + length), selector, source);
     return {source.at, result};
 }
 
@@ -151,7 +170,7 @@ DecodeStep finishShared(uint8_t type, char* record, uint32_t seen, const Input& 
                         const char* at, const char* until, bool varint) {
     QuickSource source(input, at, varint);
     const int result =
-        decodeLevels(outermost(type, record, seen, input.offsetOf(until), 0), nullptr, source);
+        decodeLevels(outermost(type, record, seen, input.offsetOf(until)), nullptr, source);
     return {source.at, result};
 }
 
@@ -159,15 +178,13 @@ int decodeShared(uint8_t type, char* value, long long* selector, BrxReadBuf& buf
                  bool varint) {
     if (buf.position > buf.length) {
         // A broken buffer: the first read reports it.
-        Level level = outermost(type, value, 0, buf.position, length);
+        Level level = outermost(type, value, 0, buf.position + length);
         level.keepPresence();
         CheckedSource source(buf, varint);
-        return level.isAtEnd(buf.position) ? 0 : decodeNext(tableOf(type), level, source);
+        return isAtEnd(level, buf.position) ? 0 : decodeNext(level.table(), level, source);
     }
     const char* const at = buf.beginPtr + buf.position;
-    const size_t remaining = buf.length - buf.position;
-    const char* const end = at + (length < remaining ? static_cast<size_t>(length) : remaining);
-    const Input input(buf.beginPtr, buf.length, end, varint);
+    const Input input(buf.beginPtr, buf.length);
     const DecodeStep step = decodeShared(type, value, selector, input, at, length, varint);
     buf.position = input.offsetOf(step.at);
     return step.result;

@@ -1,10 +1,5 @@
 #include "protocol/codec/field_data.h"
 
-#include <algorithm>
-
-#include "protocol/codec/table.h"
-#include "protocol/fields/frames.h"
-
 namespace quorva_zrp::codec {
 
 namespace {
@@ -87,28 +82,8 @@ constexpr void addType(CatalogueData& data, uint16_t& next) {
     addRows(data.fields, next, Rows{});
 }
 
-/// The most levels a type has, itself included.
-template <class Message>
-constexpr size_t levelsOf() {
-    size_t deepest = 0;
-    const auto consider = [&]<class Row>(Row) {
-        if constexpr (Row::isNested) {
-            const size_t levels = levelsOf<typename Row::type>();
-            deepest = levels > deepest ? levels : deepest;
-        }
-    };
-    [&]<class... Row>(RowList<Row...>) {
-        (consider(Row{}), ...);
-    }(typename Fields<Message>::Rows{});
-    return deepest + 1;
-}
-
 template <class... Message>
 constexpr CatalogueData makeCatalogue(TypeList<Message...>) {
-    static_assert((size_t{0} + ... + Fields<Message>::Rows::count) == CatalogueData::fieldCount,
-                  "the catalogue has as many fields as all tables together");
-    static_assert(std::max({levelsOf<Message>()...}) == CatalogueData::mostLevels,
-                  "no type has more levels than the catalogue says");
     CatalogueData data{};
     uint16_t next = 0;
     (addType<Message>(data, next), ...);

@@ -3,7 +3,10 @@
 // relocation and stay in read-only memory.
 #pragma once
 
-#include "protocol/codec/row.h"
+#include <algorithm>
+
+#include "protocol/codec/table.h"
+#include "protocol/fields/frames.h"
 
 namespace quorva_zrp::codec {
 
@@ -130,11 +133,32 @@ struct TableData {
     const FieldData* search(uint32_t number) const;
 };
 
+/// The type of a nested value in a list, else an empty list.
+template <class Row>
+using NestedType = std::conditional_t<Row::isNested, TypeList<typename Row::type>, RowList<>>;
+
+template <class... Message>
+constexpr size_t fieldsOf(TypeList<Message...>) {
+    return (size_t{0} + ... + Fields<Message>::Rows::count);
+}
+
+/// The most structures and unions that lie inside each other in any of these types or rows.
+template <class... Row>
+constexpr size_t levelsOf(RowList<Row...>);
+template <class... Message>
+constexpr size_t levelsOf(TypeList<Message...>) {
+    return std::max({(1 + levelsOf(typename Fields<Message>::Rows{}))...});
+}
+template <class... Row>
+constexpr size_t levelsOf(RowList<Row...>) {
+    return std::max({size_t{0}, levelsOf(NestedType<Row>{})...});
+}
+
 /// The tables of all types in the order of the catalogue, and their fields one after another.
 struct CatalogueData {
-    static constexpr size_t fieldCount = 139;
+    static constexpr size_t fieldCount = fieldsOf(Catalogue{});
     /// Structures and unions inside each other, the outermost one counted.
-    static constexpr size_t mostLevels = 6;
+    static constexpr size_t mostLevels = levelsOf(Catalogue{});
 
     TableData tables[Catalogue::count];
     FieldData fields[fieldCount];

@@ -5,9 +5,8 @@ namespace quorva_zrp::codec {
 using Quorva::brx_detail::byteAt;
 
 void Input::findVarintsBefore() {
-    constexpr ptrdiff_t longest = largestInteger(sizeof(uint64_t), true);
-    const char* const end = varintsBefore;
-    while (varintsBefore != begin && end - varintsBefore < longest - 1 &&
+    const char* const end = varintsBefore--;
+    while (varintsBefore != begin && end - varintsBefore < ptrdiff_t{longestVarint} - 1 &&
            byteAt(varintsBefore - 1, 0) >= 0x80) {
         --varintsBefore;
     }

@@ -20,6 +20,8 @@ constexpr int surprise = 1;
 /// Another tag comes next than the one expected: nothing was read.
 constexpr int otherTag = 2;
 
+constexpr size_t longestVarint = largestInteger(sizeof(uint64_t), true);
+
 /// The bytes being decoded.
 struct Input {
     const char* begin;
@@ -31,13 +33,21 @@ struct Input {
     /// which no varint of an encoder exceeds: its bytes need no bounds checks of their own.
     const char* varintsBefore;
 
-    /// A message that ends at `end`, at most `bytes` behind `from`; prediction looks no further.
+    /// A message that ends at `end`, at least 1 and at most `bytes` behind `from`; prediction looks
+    /// no further. Looks for its last varint.
     ZRP_INLINE Input(const char* from, size_t bytes, const char* end, bool varint)
         : begin(from), size(bytes), varintsBefore(end) {
-        if (varint && end != from && Quorva::brx_detail::byteAt(end - 1, 0) >= 0x80) {
+        if (varint && Quorva::brx_detail::byteAt(end - 1, 0) >= 0x80) {
             findVarintsBefore();
         }
     }
+
+    /// The same without looking: varints that begin in the last bytes of `bytes` are surprises
+    /// then.
+    Input(const char* from, size_t bytes)
+        : begin(from),
+          size(bytes),
+          varintsBefore(bytes < longestVarint ? from : from + bytes - (longestVarint - 1)) {}
 
     size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
 
