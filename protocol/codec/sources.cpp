@@ -81,14 +81,20 @@ int QuickSource::bytes(char* to, size_t capacity, size_t& stored) {
 int QuickSource::skip(uint32_t wireType) {
     size_t size = 0;
     switch (wireType) {
-        case wireVarint:
-            // 9 bytes are always a value; what 10 of them are is for CheckedSource to say.
-            for (unsigned i = 0; i < 9 && at < until; ++i) {
+        case wireVarint: {
+            // 9 bytes are always a value; what 10 are is for CheckedSource to say, as what bytes
+            // are that end nowhere.
+            constexpr size_t sureValue = longestVarint - 1;
+            if (remaining() <= sureValue && (remaining() == 0 || byteAt(until - 1, 0) >= 0x80)) {
+                return surprise;
+            }
+            for (size_t i = 0; i < sureValue; ++i) {
                 if (byteAt(at++, 0) < 0x80) {
                     return 0;
                 }
             }
             return surprise;
+        }
         case wire1Byte:
         case wire2Bytes:
         case wire4Bytes:
