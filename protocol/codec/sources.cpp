@@ -4,14 +4,6 @@ namespace quorva_zrp::codec {
 
 using Quorva::brx_detail::byteAt;
 
-void Input::findVarintsBefore() {
-    const char* const end = varintsBefore--;
-    while (varintsBefore != begin && end - varintsBefore < ptrdiff_t{longestVarint} - 1 &&
-           byteAt(varintsBefore - 1, 0) >= 0x80) {
-        --varintsBefore;
-    }
-}
-
 // --- Delimited values that are expected ---------------------------------------------------------
 
 const char* takeText(const char* from, const char* until, char* to, size_t capacity) {

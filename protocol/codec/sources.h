@@ -34,25 +34,27 @@ struct Input {
     const char* varintsBefore;
 
     /// A message that ends at `end`, at least 1 and at most `bytes` behind `from`; prediction looks
-    /// no further. Looks for its last varint.
+    /// no further. Where it ends in the middle of a varint, or in bytes that look like that, the
+    /// varints in its last bytes are surprises.
     ZRP_INLINE Input(const char* from, size_t bytes, const char* end, bool varint)
         : begin(from), size(bytes), varintsBefore(end) {
         if (varint && Quorva::brx_detail::byteAt(end - 1, 0) >= 0x80) {
-            findVarintsBefore();
+            varintsBefore = sureVarintsBefore(end);
         }
     }
 
-    /// The same without looking: varints that begin in the last bytes of `bytes` are surprises
-    /// then.
+    /// The same without looking at the last byte.
     Input(const char* from, size_t bytes)
-        : begin(from),
-          size(bytes),
-          varintsBefore(bytes < longestVarint ? from : from + bytes - (longestVarint - 1)) {}
+        : begin(from), size(bytes), varintsBefore(sureVarintsBefore(from + bytes)) {}
 
     size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
 
   private:
-    void findVarintsBefore();
+    /// Before this point there is room for the longest varint.
+    const char* sureVarintsBefore(const char* end) const {
+        constexpr ptrdiff_t room = longestVarint - 1;
+        return end - begin > room ? end - room : begin;
+    }
 };
 
 // Delimited values, where the 4 bytes of their length are known to be there: each returns where the
