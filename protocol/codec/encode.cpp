@@ -12,34 +12,27 @@ namespace {
 
 }  // namespace
 
-int encodeChecked(uint8_t type, const char* record, CheckedSink& sink) {
-    for (const FieldData& field : tableOf(type)) {
-        if (const int result = encodeFieldChecked(field, record, sink); result != 0) {
+int encodeChecked(uint8_t type, const char* value, long long selector, CheckedSink& sink) {
+    const TableData& table = tableOf(type);
+    if (table.isUnion) {
+        const FieldData* const member = table.findMember(selector);
+        return member != nullptr ? encodeFieldChecked(*member, value, sink)
+                                 : int{Quorva::BRX_ERR_BAD_SELECTOR};
+    }
+    for (const FieldData& field : table) {
+        if (const int result = encodeFieldChecked(field, value, sink); result != 0) {
             return result;
         }
     }
     return 0;
 }
 
-int encodeChecked(uint8_t type, const char* value, long long selector, CheckedSink& sink) {
-    const FieldData* const member = tableOf(type).findMember(selector);
-    return member != nullptr ? encodeFieldChecked(*member, value, sink)
-                             : int{Quorva::BRX_ERR_BAD_SELECTOR};
-}
-
 int encodeStructure(const FieldData& field, const char* nested, CheckedSink& sink) {
-    return encodeChecked(field.nestedType, nested, sink);
+    return encodeChecked(field.nestedType, nested, 0, sink);
 }
 
 int encodeUnion(const FieldData& field, const char* nested, long long selector, CheckedSink& sink) {
     return encodeChecked(field.nestedType, nested, selector, sink);
-}
-
-EncodeStep encodeShared(uint8_t type, const char* record, char* to, bool varint) {
-    BrxWriteBuf buf(to, tableOf(type).largest(varint));
-    CheckedSink sink(buf, varint);
-    const int result = encodeChecked(type, record, sink);
-    return {to + buf.position, result};
 }
 
 EncodeStep encodeShared(uint8_t type, const char* value, long long selector, char* to,

@@ -70,7 +70,7 @@ ZRP_INLINE int encodeField(const Field& field, const char* record, Sink& sink) {
 
 // --- Step by step, all types --------------------------------------------------------------------
 
-int encodeChecked(uint8_t type, const char* record, CheckedSink& sink);
+/// Writes the fields of a structure, or the member of a union that `selector` names.
 int encodeChecked(uint8_t type, const char* value, long long selector, CheckedSink& sink);
 
 /// Where an encoding ended, and its result. Small enough to travel in registers.
@@ -80,7 +80,6 @@ struct EncodeStep {
 };
 
 /// The same from straight-line code, which has made sure of the room.
-EncodeStep encodeShared(uint8_t type, const char* record, char* to, bool varint);
 EncodeStep encodeShared(uint8_t type, const char* value, long long selector, char* to, bool varint);
 
 // --- Straight-line code, with room for the largest encoding -------------------------------------
@@ -126,7 +125,7 @@ ZRP_INLINE int encodeStructure(Field, const char* nested, UncheckedSink<Varint>&
     if constexpr (Field::kind() != Kind::structure) {
         return 0;
     } else if constexpr (!isStraightInside<Type>) {
-        return goOn(sink, encodeShared(typeIndex<Type>, nested, sink.at, Varint));
+        return goOn(sink, encodeShared(typeIndex<Type>, nested, 0, sink.at, Varint));
     } else if constexpr (Field::isHot) {
         return encodeFields<Type>(nested, sink, FieldIndices<Type>{});
     } else {
@@ -186,7 +185,7 @@ inline int encode(const Record& object, BrxWriteBuf& buf) {
         }
     }
     CheckedSink sink(buf, Varint);
-    return encodeChecked(typeIndex<Record>, record, sink);
+    return encodeChecked(typeIndex<Record>, record, 0, sink);
 }
 
 /// Writes the member of a union that `selector` names at the position of `buf`. Unions travel in

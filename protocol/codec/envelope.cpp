@@ -2,10 +2,8 @@
 
 namespace quorva_zrp::codec {
 
-namespace {
-
-template <class Encode>
-int packStepByStep(char* buffer, size_t size, size_t* usedSize, bool varint, Encode encode) {
+int packShared(uint8_t type, const char* value, long long selector, char* buffer, size_t size,
+               size_t* usedSize, bool varint) {
     if (buffer == nullptr || size == 0) {
         return Quorva::BRX_ERR_NULL_ARG;
     }
@@ -14,31 +12,13 @@ int packStepByStep(char* buffer, size_t size, size_t* usedSize, bool varint, Enc
     const size_t lengthAt = buf.position;
     (void)buf.reserve(lengthSize);
     CheckedSink sink(buf, varint);
-    const int result = encode(sink);
+    const int result = encodeChecked(type, value, selector, sink);
     if (usedSize != nullptr) {
         *usedSize = buf.position;
     }
     (void)buf.writeUInt32(static_cast<uint32_t>(buf.position), lengthAt);
     return result;
 }
-
-/// Checks the envelope and runs `decode` over a buffer positioned behind it.
-template <class Decode>
-int unpackFields(const char* buffer, size_t size, size_t* usedSize, Decode decode) {
-    Envelope envelope;
-    if (const int result = readEnvelope(buffer, size, envelope); result != 0) {
-        return result;
-    }
-    BrxReadBuf buf(buffer, size);
-    buf.position = envelopeSize;
-    const int result = decode(buf, envelope);
-    if (usedSize != nullptr) {
-        *usedSize = buf.position;
-    }
-    return result;
-}
-
-}  // namespace
 
 int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     if (buffer == nullptr) {
@@ -60,30 +40,20 @@ int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     return 0;
 }
 
-int packShared(uint8_t type, const char* record, char* buffer, size_t size, size_t* usedSize,
-               bool varint) {
-    return packStepByStep(buffer, size, usedSize, varint,
-                          [&](CheckedSink& sink) { return encodeChecked(type, record, sink); });
-}
-
-int packShared(uint8_t type, const char* value, long long selector, char* buffer, size_t size,
-               size_t* usedSize, bool varint) {
-    return packStepByStep(buffer, size, usedSize, varint, [&](CheckedSink& sink) {
-        return encodeChecked(type, value, selector, sink);
-    });
-}
-
-int unpackShared(uint8_t type, char* record, const char* buffer, size_t size, size_t* usedSize) {
-    return unpackFields(buffer, size, usedSize, [&](BrxReadBuf& buf, const Envelope& envelope) {
-        return decodeShared(type, record, nullptr, buf, envelope.bodyLength, envelope.varint);
-    });
-}
-
-int unpackShared(uint8_t type, char* value, long long& selector, const char* buffer, size_t size,
+int unpackShared(uint8_t type, char* value, long long* selector, const char* buffer, size_t size,
                  size_t* usedSize) {
-    return unpackFields(buffer, size, usedSize, [&](BrxReadBuf& buf, const Envelope& envelope) {
-        return decodeShared(type, value, &selector, buf, envelope.bodyLength, envelope.varint);
-    });
+    Envelope envelope;
+    if (const int result = readEnvelope(buffer, size, envelope); result != 0) {
+        return result;
+    }
+    BrxReadBuf buf(buffer, size);
+    buf.position = envelopeSize;
+    const int result =
+        decodeShared(type, value, selector, buf, envelope.bodyLength, envelope.varint);
+    if (usedSize != nullptr) {
+        *usedSize = buf.position;
+    }
+    return result;
 }
 
 }  // namespace quorva_zrp::codec

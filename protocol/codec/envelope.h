@@ -23,11 +23,10 @@ ZRP_INLINE int packUnchecked(char* buffer, size_t* usedSize, bool varint, Encode
     return fields.result;
 }
 
-/// Encodes step by step into a buffer of any size.
+/// Encodes a structure, or the member of a union that `selector` names, step by step into a buffer
+/// of any size.
 /// Deliberate: header and `*usedSize` are written after a failure too, and a header that does not
 /// fit goes unnoticed; only the result of the fields tells success.
-int packShared(uint8_t type, const char* record, char* buffer, size_t size, size_t* usedSize,
-               bool varint);
 int packShared(uint8_t type, const char* value, long long selector, char* buffer, size_t size,
                size_t* usedSize, bool varint);
 
@@ -44,8 +43,7 @@ int readEnvelope(const char* buffer, size_t size, Envelope& envelope);
 
 /// Checks the envelope and decodes the fields behind it step by step; `*usedSize` is written once
 /// decoding has begun.
-int unpackShared(uint8_t type, char* record, const char* buffer, size_t size, size_t* usedSize);
-int unpackShared(uint8_t type, char* value, long long& selector, const char* buffer, size_t size,
+int unpackShared(uint8_t type, char* value, long long* selector, const char* buffer, size_t size,
                  size_t* usedSize);
 
 }  // namespace quorva_zrp::codec

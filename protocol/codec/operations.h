@@ -27,7 +27,7 @@ ZRP_SELDOM int packTight(const char* record, char* buffer, size_t size, size_t* 
         return varint ? packStraight<true, Record>(record, buffer, usedSize)
                       : packStraight<false, Record>(record, buffer, usedSize);
     }
-    return packShared(typeIndex<Record>, record, buffer, size, usedSize, varint);
+    return packShared(typeIndex<Record>, record, 0, buffer, size, usedSize, varint);
 }
 
 template <class Record>
@@ -35,7 +35,7 @@ inline int packMessage(const Record& object, char* buffer, size_t size, size_t* 
                        bool varint) {
     const char* const record = bytesOf(object);
     if constexpr (!isStraightAlone<Record>) {
-        return packShared(typeIndex<Record>, record, buffer, size, usedSize, varint);
+        return packShared(typeIndex<Record>, record, 0, buffer, size, usedSize, varint);
     } else if (buffer == nullptr || !fitsAlways<Record>(size, envelopeSize, varint)) {
         return packTight<Record>(record, buffer, size, usedSize, varint);
     } else {
@@ -74,7 +74,7 @@ inline int unpackMessage(Record& object, const char* buffer, size_t size, size_t
             }
         }
     }
-    return unpackShared(typeIndex<Record>, bytesOf(object), buffer, size, usedSize);
+    return unpackShared(typeIndex<Record>, bytesOf(object), nullptr, buffer, size, usedSize);
 }
 
 // --- The rest -----------------------------------------------------------------------------------
@@ -210,7 +210,7 @@ inline const char* visualizeText(const Record& record, char* text, size_t size, 
         return codec::encode<false>(*this, selector, buf);                                        \
     }                                                                                             \
     int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) { \
-        return codec::unpackShared(codec::typeIndex<Type>, codec::bytesOf(*this), selector,       \
+        return codec::unpackShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector,      \
                                    buffer, size, usedSize);                                       \
     }                                                                                             \
     int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {  \
