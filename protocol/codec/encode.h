@@ -154,13 +154,24 @@ ZRP_INLINE int encodeUnion(Field, const char* nested, long long selector,
 /// optional elements there are, and the bytes behind it; arrays count as full.
 uint64_t largestNow(uint8_t type, const char* record, bool varint);
 
-/// Whether any record of the type fits into `room` bytes less `reserved`.
+/// Bytes behind a record, for types that have some.
 template <class Record>
-ZRP_INLINE bool fitsAlways(size_t room, size_t reserved, bool varint) {
+ZRP_INLINE uint64_t bytesBehind(const char* record) {
+    if constexpr (Fields<Record>::hasBytesBehind) {
+        return Field<Record, Fields<Record>::Rows::count - 1>::governor(record);
+    } else {
+        return 0;
+    }
+}
+
+/// Whether the largest record of the type, with the bytes behind this one, fits into `room` bytes
+/// less `reserved`.
+template <class Record>
+ZRP_INLINE bool fitsAlways(const char* record, size_t room, size_t reserved, bool varint) {
     constexpr size_t largestVarint = Fields<Record>::largestBody(true);
     constexpr size_t largestFixed = Fields<Record>::largestBody(false);
-    return !Fields<Record>::hasBytesBehind &&
-           room >= reserved + (varint ? largestVarint : largestFixed);
+    const size_t needed = reserved + (varint ? largestVarint : largestFixed);
+    return room >= needed && room - needed >= bytesBehind<Record>(record);
 }
 
 /// Whether the fields of `record` are sure to fit into `room` bytes.
@@ -177,7 +188,7 @@ inline int encode(const Record& object, BrxWriteBuf& buf) {
         // Deliberate: a broken buffer counts as full, so that the step-by-step code meets it and
         // reports it.
         const size_t room = buf.position <= buf.length ? buf.length - buf.position : 0;
-        if (fitsAlways<Record>(room, 0, Varint) || fitsNow<Record>(record, room, Varint)) {
+        if (fitsAlways<Record>(record, room, 0, Varint) || fitsNow<Record>(record, room, Varint)) {
             const EncodeStep step =
                 encodeUnchecked<Record, Varint>(record, buf.beginPtr + buf.position);
             buf.position = static_cast<size_t>(step.at - buf.beginPtr);

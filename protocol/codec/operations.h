@@ -36,7 +36,7 @@ inline int packMessage(const Record& object, char* buffer, size_t size, size_t* 
     const char* const record = bytesOf(object);
     if constexpr (!isStraightAlone<Record>) {
         return packShared(typeIndex<Record>, record, 0, buffer, size, usedSize, varint);
-    } else if (buffer == nullptr || !fitsAlways<Record>(size, envelopeSize, varint)) {
+    } else if (buffer == nullptr || !fitsAlways<Record>(record, size, envelopeSize, varint)) {
         return packTight<Record>(record, buffer, size, usedSize, varint);
     } else {
         return varint ? packStraight<true, Record>(record, buffer, usedSize)

@@ -152,7 +152,7 @@ class PredictingSource {
 
     const char* at;  ///< the next byte
 
-  protected:
+  private:
     /// Whether `Size` more bytes may be taken.
     template <size_t Size>
     ZRP_INLINE bool holds() const {
@@ -163,7 +163,6 @@ class PredictingSource {
         }
     }
 
-  private:
     template <class Field>
     static constexpr size_t leastValue() {
         if constexpr (Field::kind() == Kind::integer) {
