@@ -1,0 +1,200 @@
+// Input, output and records right between pages that may not be touched, at every alignment: no
+// access leaves them, nothing is written to what is read, and the outcome is that of ordinary
+// memory.
+#include <gtest/gtest.h>
+
+#if defined(_WIN32)
+
+TEST(GuardPages, BoundEverything) {
+    GTEST_SKIP() << "maps pages through POSIX calls, which this platform lacks";
+}
+
+#else
+
+#include <string.h>
+
+#include "tests/differential/effort.h"
+#include "tests/differential/subject.h"
+#include "tests/differential/wire_generator.h"
+#include "tests/hardening/guarded_memory.h"
+#include "tests/oracle/oracle.h"
+
+namespace zrp_test {
+
+namespace {
+
+constexpr size_t alignments = 16;
+
+struct Outcome {
+    int result = 0;
+    size_t used = 77;
+    long long selector = 0;
+
+    bool operator==(const Outcome& other) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
+    return out << "result " << outcome.result << ", used " << outcome.used << ", selector "
+               << outcome.selector;
+}
+
+class GuardPages : public testing::TestWithParam<TypePair> {
+  protected:
+    size_t largest(bool varint) const {
+        return zrp_oracle::largestSize(*GetParam().oracle, varint) + 200;
+    }
+
+    Outcome encode(const void* record, long long selector, char* to, size_t size,
+                   bool varint) const {
+        Outcome outcome;
+        outcome.result =
+            GetParam().library->pack(record, selector, to, size, &outcome.used, varint);
+        return outcome;
+    }
+
+    Outcome decode(void* record, const char* from, size_t size) const {
+        Outcome outcome;
+        outcome.result =
+            GetParam().library->unpack(record, &outcome.selector, from, size, &outcome.used);
+        return outcome;
+    }
+
+    Bytes encoding(const Subject& subject, bool varint) const {
+        Bytes bytes(largest(varint));
+        bytes.resize(
+            encode(subject.record.data(), subject.selector, bytes.data(), bytes.size(), varint)
+                .used);
+        return bytes;
+    }
+
+    /// Runs `check(subject, encoding, varint)` for every live member in both flavours.
+    template <class Check>
+    void forEachEncoding(Check check) const {
+        for (size_t variant = 0; variant < variantCount(*GetParam().oracle); ++variant) {
+            for (const bool varint : {true, false}) {
+                SCOPED_TRACE(testing::Message()
+                             << "variant " << variant << (varint ? " varint" : " fixed"));
+                Random random(variant);
+                const Subject subject =
+                    randomSubject(GetParam(), random, variant, Soundness::sound);
+                check(subject, encoding(subject, varint), varint);
+                if (HasFatalFailure()) {
+                    return;
+                }
+            }
+        }
+    }
+
+    /// Runs `check(gap, atEnd)` for every alignment at either end of guarded memory.
+    template <class Check>
+    void forEachPlace(Check check) const {
+        for (size_t gap = 0; gap < alignments && !HasFatalFailure(); ++gap) {
+            check(gap, true);
+            check(gap, false);
+        }
+    }
+};
+
+}  // namespace
+
+TEST_P(GuardPages, BoundEveryTruncationOfAReadOnlyInput) {
+    const Bytes before(recordSize(GetParam()), '\xA5');
+    const GuardedMemory memory(largest(true) + alignments, GuardedMemory::Access::readOnly);
+    Bytes record = before;
+    forEachEncoding([&](const Subject&, Bytes bytes, bool) {
+        for (size_t size = 0; size <= bytes.size(); ++size) {
+            if (size >= 5) {
+                putLength(bytes, 1, size);
+            }
+            Bytes expected = before;
+            const Outcome outcome = decode(expected.data(), bytes.data(), size);
+            forEachPlace([&](size_t gap, bool atEnd) {
+                const std::span<const char> input(bytes.data(), size);
+                const char* const from =
+                    atEnd ? memory.placeAtEnd(input, gap) : memory.placeAtBegin(input, gap);
+                record = before;
+                ASSERT_EQ(outcome, decode(record.data(), from, size));
+                ASSERT_EQ(expected, record) << size << " bytes, " << gap << " from the page";
+            });
+        }
+    });
+}
+
+TEST_P(GuardPages, BoundEveryOutputSize) {
+    const GuardedMemory memory(largest(true) + alignments, GuardedMemory::Access::readWrite);
+    forEachEncoding([&](const Subject& subject, const Bytes& whole, bool varint) {
+        const void* const record = subject.record.data();
+        for (size_t size = 0; size <= whole.size() + 3; ++size) {
+            Bytes expected(size + 1, '\xC7');
+            const Outcome outcome = encode(record, subject.selector, expected.data(), size, varint);
+            forEachPlace([&](size_t gap, bool atEnd) {
+                char* const to = atEnd ? memory.atEnd(size, gap) : memory.atBegin(gap);
+                memset(to, '\xC7', size);
+                ASSERT_EQ(outcome, encode(record, subject.selector, to, size, varint));
+                ASSERT_EQ(0, memcmp(to, expected.data(), size))
+                    << size << " bytes, " << gap << " from the page";
+            });
+        }
+    });
+}
+
+TEST_P(GuardPages, BoundARecordThatIsOnlyRead) {
+    const GuardedMemory memory(recordSize(GetParam()), GuardedMemory::Access::readOnly);
+    forEachEncoding([&](const Subject& subject, const Bytes& whole, bool varint) {
+        // Records lie where their type may: a size is a multiple of its alignment.
+        for (const bool atEnd : {true, false}) {
+            const char* const record =
+                atEnd ? memory.placeAtEnd(subject.record) : memory.placeAtBegin(subject.record);
+            Bytes again(largest(varint));
+            again.resize(encode(record, subject.selector, again.data(), again.size(), varint).used);
+            Bytes tooShort(whole.size() - 1);
+            ASSERT_EQ(
+                -1,
+                encode(record, subject.selector, tooShort.data(), tooShort.size(), varint).result);
+            ASSERT_EQ(whole, again);
+        }
+    });
+}
+
+TEST_P(GuardPages, BoundARecordThatIsDecodedInto) {
+    const Bytes before(recordSize(GetParam()), '\xA5');
+    const GuardedMemory memory(before.size(), GuardedMemory::Access::readWrite);
+    forEachEncoding([&](const Subject&, const Bytes& whole, bool) {
+        Bytes expected = before;
+        const Outcome outcome = decode(expected.data(), whole.data(), whole.size());
+        for (const bool atEnd : {true, false}) {
+            char* const record = atEnd ? memory.placeAtEnd(before) : memory.placeAtBegin(before);
+            ASSERT_EQ(outcome, decode(record, whole.data(), whole.size()));
+            ASSERT_EQ(0, memcmp(record, expected.data(), expected.size()));
+        }
+    });
+}
+
+TEST_P(GuardPages, BoundEveryDump) {
+    forEachEncoding([&](const Subject& subject, const Bytes&, bool varint) {
+        if (!varint) {
+            return;
+        }
+        Bytes dump(24000, '\xC7');
+        size_t whole = 0;
+        ASSERT_EQ(0, GetParam().library->visualizeInto(subject.record.data(), subject.selector,
+                                                       dump.data(), dump.size(), &whole, 0, ' '));
+        const GuardedMemory memory(whole + alignments, GuardedMemory::Access::readWrite);
+        Random random(whole);
+        for (const size_t size : sizesUpTo(whole + 2, 40, random)) {
+            char* const to = memory.atEnd(size);
+            size_t used = 0;
+            const int result = GetParam().library->visualizeInto(
+                subject.record.data(), subject.selector, to, size, &used, 0, ' ');
+            ASSERT_EQ(size > whole ? 0 : -1, result) << size << " of " << whole;
+            ASSERT_EQ(0, memcmp(to, dump.data(), used));
+        }
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, GuardPages, testing::ValuesIn(typePairs()),
+                         testing::PrintToStringParamName());
+
+}  // namespace zrp_test
+
+#endif

@@ -1,0 +1,149 @@
+// Decoding reads at most three times as many bytes as the input has, whatever the input is: work
+// cannot grow faster than what a peer sends.
+#include <stdio.h>
+#include <string.h>
+
+#include <algorithm>
+
+#include "tests/hardening/instrumented/read_counter.h"
+#include "tests/hardening/instrumented/samples.h"
+#include "tests/support/bytes.h"
+
+namespace zrp_test {
+namespace {
+
+constexpr uint64_t mostPerByte = 3;
+
+/// The decode that read most for its size.
+struct Worst {
+    const char* type = "";
+    uint64_t read = 0;
+    Bytes input;
+
+    double ratio() const {
+        return input.empty() ? 0 : static_cast<double>(read) / static_cast<double>(input.size());
+    }
+};
+
+class Measurement {
+  public:
+    void decode(const TypePair& pair, const Bytes& input, bool isWhole) {
+        Bytes record(recordSize(pair));
+        long long selector = 0;
+        size_t used = 0;
+        const ReadCounter counter(input.data(), input.size());
+        (void)pair.library->unpack(record.data(), &selector, input.data(), input.size(), &used);
+        ++decodes_;
+        if (counter.bytesRead() > mostPerByte * input.size()) {
+            complain(pair, "reads too much", counter.bytesRead(), input);
+        }
+        // What comes back whole was read whole: this holds the counter to account.
+        if (isWhole && (used != input.size() || counter.neverRead(used) != 0)) {
+            complain(pair, "was not seen to read all", counter.bytesRead(), input);
+        }
+        if (const Worst now{pair.library->name, counter.bytesRead(), input};
+            now.ratio() > worst_.ratio()) {
+            worst_ = now;
+        }
+    }
+
+    int report() const {
+        printf("%zu decodes; at most %.2f bytes read per byte of input, by %s in\n%s\n", decodes_,
+               worst_.ratio(), worst_.type, toHex(worst_.input).c_str());
+        return failures_ == 0 ? 0 : 1;
+    }
+
+  private:
+    void complain(const TypePair& pair, const char* what, uint64_t read, const Bytes& input) {
+        if (++failures_ <= 10) {
+            fprintf(stderr, "%s %s: %llu bytes read of %zu: %s\n", pair.library->name, what,
+                    static_cast<unsigned long long>(read), input.size(), toHex(input).c_str());
+        }
+    }
+
+    Worst worst_;
+    size_t decodes_ = 0;
+    int failures_ = 0;
+};
+
+/// A message of `fields`.
+Bytes messageOf(bool varint, const Bytes& fields) {
+    Bytes message = {static_cast<char>(varint ? 0xAA : 0x99), 0, 0, 0, 0};
+    message.insert(message.end(), fields.begin(), fields.end());
+    message[3] = static_cast<char>(message.size() / 256);
+    message[4] = static_cast<char>(message.size() % 256);
+    return message;
+}
+
+/// The same field over and over: known and unknown ones, of every wire type.
+void decodeRepetitions(const TypePair& pair, Measurement& measurement) {
+    for (const bool varint : {true, false}) {
+        for (unsigned tag = 0; tag < 0x80; ++tag) {
+            for (const char filling : {'\x00', '\x01', '\x80', '\xFF'}) {
+                Bytes fields;
+                for (size_t i = 0; i < 40; ++i) {
+                    fields.push_back(static_cast<char>(tag));
+                    fields.insert(fields.end(), i % 12, filling);
+                }
+                measurement.decode(pair, messageOf(varint, fields), false);
+            }
+        }
+    }
+}
+
+/// Varints that are too long, or do not end, where a field is expected: they are looked at as
+/// predicted, again step by step, and once more as a tag where a 64-bit reader did not move.
+void decodeOverlongVarints(const TypePair& pair, Measurement& measurement) {
+    for (unsigned number = 0; number < 8; ++number) {
+        for (const char continued : {'\x80', '\xFE', '\xFF'}) {
+            for (const char last : {'\x00', '\x01', '\x7F', '\x80', '\xB2'}) {
+                for (size_t length = 0; length < 24; ++length) {
+                    Bytes fields(1, static_cast<char>(number * 16));
+                    fields.insert(fields.end(), length, continued);
+                    fields.push_back(last);
+                    measurement.decode(pair, messageOf(true, fields), false);
+                }
+            }
+        }
+    }
+}
+
+/// Fields of up to two bytes: where the input is short, every byte read twice shows most.
+void decodeShortBodies(const TypePair& pair, Measurement& measurement) {
+    for (const bool varint : {true, false}) {
+        measurement.decode(pair, messageOf(varint, {}), false);
+        for (unsigned string = 0; string < 0x10000; string += string < 0x100 ? 1 : 7) {
+            Bytes fields(1, static_cast<char>(string % 256));
+            if (string >= 0x100) {
+                fields.push_back(static_cast<char>(string / 256));
+            }
+            measurement.decode(pair, messageOf(varint, fields), false);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace zrp_test
+
+int main() {
+    using namespace zrp_test;
+    Measurement measurement;
+    for (const TypePair& pair : typePairs()) {
+        for (const SampleRecord& sample : sampleRecords(pair, 4)) {
+            for (const bool varint : {true, false}) {
+                if (sample.isSound) {
+                    // The body of a frame is no field that a decoder of this layer takes.
+                    const bool isWhole = strcmp(pair.library->name, "TZRPFrame") != 0;
+                    measurement.decode(pair, encoded(pair, sample.subject, varint), isWhole);
+                }
+            }
+        }
+        for (const SampleInput& sample : sampleInputs(pair, 20)) {
+            measurement.decode(pair, sample.bytes, false);
+        }
+        decodeRepetitions(pair, measurement);
+        decodeOverlongVarints(pair, measurement);
+        decodeShortBodies(pair, measurement);
+    }
+    return measurement.report();
+}
