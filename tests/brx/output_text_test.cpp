@@ -1,6 +1,7 @@
 // Writing text: formatted, and characters kept NUL-terminated.
 #include <gtest/gtest.h>
 #include <stdarg.h>
+#include <stdio.h>
 #include <wchar.h>
 
 #include "tests/brx/guarded_output.h"
@@ -23,6 +24,12 @@ int32_t callVtextize(BrxWriteBuf& buf, const char* format, ...) {
 
 // A lone surrogate: no encoding has bytes for it, so formatting it as multibyte text fails.
 const wchar_t unencodable[] = {0xD800, 0};
+
+/// MinGW's formatter leaves out what it cannot encode, and fails at nothing else either.
+bool formatterCanFail() {
+    char text[8];
+    return snprintf(text, sizeof(text), "%ls", unencodable) < 0;
+}
 
 }  // namespace
 
@@ -99,6 +106,9 @@ TEST(Textize, ReplacesTheNulOfTheTextBefore) {
 }
 
 TEST(Textize, FailsWhenTheFormatterFails) {
+    if (!formatterCanFail()) {
+        GTEST_SKIP() << "the formatter of this platform does not fail";
+    }
     GuardedOutput out(20, 2);
     EXPECT_EQ(out.buf.textize("%ls", unencodable), -1);
     EXPECT_EQ(out.buf.position, 2U);
@@ -130,6 +140,9 @@ TEST(Vtextize, FailsWhenTextAndNulDoNotFit) {
 }
 
 TEST(Vtextize, FailsWhenTheFormatterFails) {
+    if (!formatterCanFail()) {
+        GTEST_SKIP() << "the formatter of this platform does not fail";
+    }
     GuardedOutput out(20, 2);
     EXPECT_EQ(callVtextize(out.buf, "%ls", unencodable), -1);
     EXPECT_EQ(out.buf.position, 2U);

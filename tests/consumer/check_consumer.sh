@@ -1,9 +1,10 @@
 #!/bin/sh
-# check_consumer.sh subdirectory|installed COMPILER ROOT WORK
+# check_consumer.sh subdirectory|installed COMPILER ROOT WORK [TOOLCHAIN]
 # Builds and runs two small programs of another project against this library: one brings its own
-# formatting functions, one takes the default ones and names nothing but them.
+# formatting functions, one takes the default ones and names nothing but them. TOOLCHAIN is CMake's
+# toolchain file of another platform; the programs then run in its emulator.
 set -eu
-way=$1 compiler=$2 root=$3 work=$4
+way=$1 compiler=$2 root=$3 work=$4 toolchain=${5:-}
 
 rm -rf "$work"
 mkdir -p "$work/app"
@@ -26,6 +27,16 @@ add_executable(given given.cpp)
 target_link_libraries(given PRIVATE quorva::zrp_text)
 add_executable(both given.cpp)
 target_link_libraries(both PRIVATE quorva::zrp quorva::zrp_text)
+
+enable_testing()
+function(expect program printed)
+    add_test(NAME \${program} COMMAND \${program})
+    set_tests_properties(\${program} PROPERTIES PASS_REGULAR_EXPRESSION "\${printed}")
+endfunction()
+set(end "\r?\n\$")
+expect(own "^<\\\\[dwReserved\\\\]>\${end}")
+expect(given "^\\\\[dwReserved\\\\] 0;\${end}")
+expect(both "^\\\\[dwReserved\\\\] 0;\${end}")
 CMAKE
 
 cat >"$work/app/given.cpp" <<'CPP'
@@ -64,25 +75,18 @@ int main() {
 }
 CPP
 
-prefix=
+if [ -n "$toolchain" ]; then
+    set -- -DCMAKE_TOOLCHAIN_FILE="$toolchain"
+else
+    set -- -DCMAKE_CXX_COMPILER="$compiler"
+fi
 if [ "$way" = installed ]; then
-    cmake -S "$root" -B "$work/library" -DCMAKE_CXX_COMPILER="$compiler" \
+    cmake -S "$root" -B "$work/library" "$@" \
         -DQUORVA_ZRP_TESTS=OFF -DQUORVA_ZRP_EXAMPLES=OFF >/dev/null
     cmake --build "$work/library" >/dev/null
     cmake --install "$work/library" --prefix "$work/prefix" >/dev/null
-    prefix=$work/prefix
+    set -- "$@" -DCMAKE_PREFIX_PATH="$work/prefix"
 fi
-cmake -S "$work/app" -B "$work/build" -DCMAKE_CXX_COMPILER="$compiler" \
-    -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake -S "$work/app" -B "$work/build" "$@" >/dev/null
 cmake --build "$work/build" >/dev/null
-
-expect() {
-    printed=$("$work/build/$1")
-    [ "$printed" = "$2" ] || {
-        echo "program '$1' printed '$printed', not '$2'"
-        exit 1
-    }
-}
-expect own '<[dwReserved]>'
-expect given '[dwReserved] 0;'
-expect both '[dwReserved] 0;'
+ctest --test-dir "$work/build" --no-tests=error --output-on-failure

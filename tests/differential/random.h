@@ -48,8 +48,11 @@ class Random {
                 return next();
             case 3:
                 return below(200);
-            default:
-                return (UINT64_C(1) << below(64)) + below(3) - 1;
+            default: {
+                // Two statements: within one, compilers choose which draw comes first.
+                const uint64_t power = UINT64_C(1) << below(64);
+                return power + below(3) - 1;
+            }
         }
     }
 

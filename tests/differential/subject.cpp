@@ -26,23 +26,46 @@ class RecordFiller {
   public:
     RecordFiller(Random& random, Soundness soundness) : random_(random), soundness_(soundness) {}
 
-    void fillStructure(const Type& type, char* record, size_t variant) {
-        for (const Field& field : type.fields) {
-            fillField(field, record, variant);
-        }
+    void fillStructure(const Type& type, char* record, uint64_t variant) {
+        fillFields(type, record, variant);
+        fillLiveMembers(type, record);
     }
 
     void fillUnion(const Type& type, char* record, long long selector) {
         const Field* member = zrp_oracle::fieldNumbered(type, selector);
-        if (member != nullptr) {
-            fillField(*member, record, random_.next());
+        if (member == nullptr) {
+            return;
+        }
+        if (member->kind == Kind::structure) {
+            fillStructure(*member->type, record + member->offset, random_.next());
+        } else {
+            fillField(*member, record, 0);
         }
     }
 
   private:
     bool breaks() { return soundness_ == Soundness::doubtful && random_.oneIn(12); }
 
-    void fillField(const Field& field, char* record, size_t variant) {
+    /// All but the members of unions, of which the selectors are chosen.
+    void fillFields(const Type& type, char* record, uint64_t variant) {
+        for (const Field& field : type.fields) {
+            fillField(field, record, variant);
+        }
+    }
+
+    /// Two unions may share a selector, so that what is live is known only after all are chosen.
+    void fillLiveMembers(const Type& type, char* record) {
+        for (const Field& field : type.fields) {
+            if (field.kind == Kind::structure) {
+                fillLiveMembers(*field.type, record + field.offset);
+            } else if (field.kind == Kind::unionValue) {
+                fillUnion(*field.type, record + field.offset,
+                          zrp_oracle::selectorOf(field, record));
+            }
+        }
+    }
+
+    void fillField(const Field& field, char* record, uint64_t variant) {
         switch (field.kind) {
             case Kind::text:
                 fillText(field, record);
@@ -51,12 +74,13 @@ class RecordFiller {
                 if (isTrailing(field)) {
                     zrp_oracle::setValueAt(record, field.governor, random_.below(trailingRoom + 1));
                 }
+                fillBytes(record + field.offset, isTrailing(field) ? trailingRoom : field.size);
                 break;
             case Kind::structure:
-                fillStructure(*field.type, record + field.offset, variant);
+                fillFields(*field.type, record + field.offset, variant);
                 break;
             case Kind::unionValue:
-                fillGovernedUnion(field, record, variant);
+                chooseSelector(field, record, variant);
                 break;
             default:
                 zrp_oracle::setBits(
@@ -73,6 +97,12 @@ class RecordFiller {
                                 : random_.below(field.bound + 1);
     }
 
+    void fillBytes(char* elements, size_t count) {
+        for (size_t i = 0; i < count; ++i) {
+            elements[i] = random_.byte();
+        }
+    }
+
     void fillText(const Field& field, char* record) {
         char* text = record + field.offset;
         for (size_t i = 0; i < field.size; ++i) {
@@ -85,12 +115,11 @@ class RecordFiller {
         }
     }
 
-    void fillGovernedUnion(const Field& field, char* record, size_t variant) {
+    void chooseSelector(const Field& field, char* record, uint64_t variant) {
         const long long selector =
             breaks() ? strangeSelector(*field.type, random_)
                      : field.type->fields[variant % field.type->fields.size()].number;
         zrp_oracle::setValueAt(record, field.governor, static_cast<uint64_t>(selector));
-        fillUnion(*field.type, record + field.offset, selector);
     }
 
     Random& random_;
@@ -133,6 +162,12 @@ size_t variantCount(const Type& type) {
 Subject randomSubject(const TypePair& pair, Random& random, size_t variant, Soundness soundness) {
     Subject subject{Bytes(recordSize(pair)), 0};
     random.fill(subject.record);
+    chooseValues(pair, subject, random, variant, soundness);
+    return subject;
+}
+
+void chooseValues(const TypePair& pair, Subject& subject, Random& random, uint64_t variant,
+                  Soundness soundness) {
     const Type& type = *pair.oracle;
     RecordFiller filler(random, soundness);
     if (type.isUnion) {
@@ -143,7 +178,6 @@ Subject randomSubject(const TypePair& pair, Random& random, size_t variant, Soun
     } else {
         filler.fillStructure(type, subject.record.data(), variant);
     }
-    return subject;
 }
 
 Subject randomTarget(const TypePair& pair, Random& random) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stddef.h>
+#include <stdint.h>
 
 #include <iosfwd>
 #include <string>
@@ -43,7 +44,13 @@ enum class Soundness {
     doubtful,  ///< may hold counts above capacity, texts without NUL, flags above 1, bad selectors
 };
 
+/// A record of noise with chosen values in its fields.
 Subject randomSubject(const TypePair& pair, Random& random, size_t variant, Soundness soundness);
+
+/// Chooses a value for every field, the same ones on every platform, and the selector of a union.
+/// What lies between the fields, and members that are not live, stay as they were.
+void chooseValues(const TypePair& pair, Subject& subject, Random& random, uint64_t variant,
+                  Soundness soundness);
 
 /// A record to decode into: noise, constructed over noise, or zeroes.
 Subject randomTarget(const TypePair& pair, Random& random);

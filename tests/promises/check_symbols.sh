@@ -28,7 +28,7 @@ fail() {
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# What the library may call. The _chk forms are the same functions in a hardened build, where
+# What the library may call. __mingw_vsnprintf is vsnprintf on Windows. The _chk forms are the same functions in a hardened build, where
 # __stack_chk_fail ends a program whose stack was overrun.
 cat >"$work/allowed" <<'LIST'
 memchr
@@ -52,12 +52,20 @@ __stack_chk_fail
 __assert_fail
 __assert2
 __assert_rtn
+_assert
+__imp__assert
 _ZdaPv
 _ZN6Quorva10BrxBufUtil13printVariableERNS_11BrxWriteBufEicPKcS4_z
 _ZN6Quorva10BrxBufUtil13printVariableERNS_11BrxWriteBufEicPKcb
 _ZN6Quorva10BrxBufUtil10printArrayERNS_11BrxWriteBufEicPKcx
 _ZN6Quorva10BrxBufUtil11printStringERNS_11BrxWriteBufEicPKcS4_
 _GLOBAL_OFFSET_TABLE_
+__mingw_vsnprintf
+LIST
+# What compilers put into code: arithmetic that a machine lacks, the format of 32-bit ARM's tables.
+cat >>"$work/allowed" <<'LIST'
+__aeabi_unwind_cpp_pr0
+__ctzdi2
 LIST
 LC_ALL=C sort -o "$work/allowed" "$work/allowed"
 
@@ -73,17 +81,29 @@ LC_ALL=C comm -23 "$work/undefined" "$work/defined" >"$work/wanted"
 LC_ALL=C comm -23 "$work/wanted" "$work/allowed" >"$work/foreign"
 
 # Data by symbol: d, D initialised, b, B zeroed, C common, g, G, s, S small, u unique in a process.
-awk '$2 ~ /^[dDbBCgGsSu]$/ { print $1 " (" $2 ")" }' "$work/symbols" >"$work/data"
+# Names with a leading dot are the sections themselves, which are measured below; those in .opd are
+# what functions are called by on 64-bit POWER.
+"$objdump" -t "$archive" >"$work/table" || fail "$objdump cannot read it"
+awk '/ \.opd[ \t]/ { print $NF }' "$work/table" | LC_ALL=C sort -u >"$work/descriptors"
+awk '$1 !~ /^\./ && $2 ~ /^[dDbBCgGsSu]$/ { print $1, "(" $2 ")" }' "$work/symbols" |
+    LC_ALL=C sort -u | LC_ALL=C join -v 1 - "$work/descriptors" >"$work/data"
 
 # Data by section, which also shows what has no symbol: data, thread data, tables of functions that
 # run before main, and constants that hold addresses.
 "$objdump" -h "$archive" >"$work/objdump" || fail "$objdump cannot read it"
 awk '$1 ~ /^[0-9]+$/ && $3 !~ /^0+$/ &&
-     $2 ~ /^\.(data|bss|tdata|tbss|sdata|sbss|init_array|fini_array|preinit_array|ctors|dtors)(\.|$)/ {
+     $2 ~ /^\.(data|bss|tdata|tbss|sdata|sbss|init_array|fini_array|preinit_array|ctors|dtors)([.$]|$)/ {
          print $2 " (size 0x" $3 ")"
      }' "$work/objdump" >"$work/sections"
-# The layout of that listing is the tool's; a listing without code is one that was not understood.
-awk '$1 ~ /^[0-9]+$/ && $2 ~ /^\.text(\.|$)/ { found = 1 } END { exit !found }' "$work/objdump" ||
+# Windows keeps constants that hold addresses beside all others, and fixes them up all the same. Its
+# .refptr cells are the compiler's own way to data of another object file, which might be a DLL's.
+"$objdump" -r "$archive" >"$work/relocations" || fail "$objdump cannot read it"
+awk '/^RELOCATION RECORDS FOR/ { section = $4 }
+     section ~ /^\[\.rdata/ && section !~ /\$\.refptr\./ && $2 ~ /^IMAGE_REL_.*ADDR(32|64)$/ {
+         print section " holds the address of " $3
+     }' "$work/relocations" >>"$work/sections"
+# The layout of the sections' listing is the tool's; one without code was not understood.
+awk '$1 ~ /^[0-9]+$/ && $2 ~ /^\.text([.$]|$)/ { found = 1 } END { exit !found }' "$work/objdump" ||
     fail "$objdump lists no section of code"
 
 status=0

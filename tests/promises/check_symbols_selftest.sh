@@ -1,15 +1,17 @@
 #!/bin/sh
-# check_symbols_selftest.sh CXX
+# check_symbols_selftest.sh CXX [NM [AR]]
 #
 # Shows that check_symbols.sh can fail: builds small archives that each break one promise, and one
 # that keeps them all.
 set -eu
 
-if [ $# -ne 1 ]; then
-    echo "usage: check_symbols_selftest.sh CXX" >&2
+if [ $# -lt 1 ] || [ $# -gt 3 ]; then
+    echo "usage: check_symbols_selftest.sh CXX [NM [AR]]" >&2
     exit 2
 fi
 cxx=$1
+nm=${2:-nm}
+ar=${3:-ar}
 check=$(dirname "$0")/check_symbols.sh
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -29,12 +31,12 @@ compiled() {
 # archive NAME: an archive of the C++ source on standard input.
 archive() {
     compiled "$1"
-    ar rc "$work/$1.a" "$work/$1.o"
+    "$ar" rc "$work/$1.a" "$work/$1.o"
 }
 
 # refused NAME TEXT: the archive is refused, with a message that holds TEXT.
 refused() {
-    if sh "$check" "$work/$1.a" >"$work/out" 2>&1; then
+    if sh "$check" "$work/$1.a" "$nm" >"$work/out" 2>&1; then
         complain "$1 passed"
     elif ! grep -q -e "$2" "$work/out"; then
         complain "$1 was refused without naming $2:"
@@ -43,7 +45,7 @@ refused() {
 }
 
 accepted() {
-    if ! sh "$check" "$work/$1.a" >"$work/out" 2>&1; then
+    if ! sh "$check" "$work/$1.a" "$nm" >"$work/out" 2>&1; then
         complain "$1 was refused:"
         cat "$work/out" >&2
     fi
@@ -88,10 +90,10 @@ SOURCE
 compiled called <<'SOURCE'
 int fromOtherMember(int index) { return index + 1; }
 SOURCE
-ar rc "$work/whole.a" "$work/caller.o" "$work/called.o"
+"$ar" rc "$work/whole.a" "$work/caller.o" "$work/called.o"
 accepted whole
 # Without the member that defines what the other one calls, that call is foreign.
-ar rc "$work/half.a" "$work/caller.o"
+"$ar" rc "$work/half.a" "$work/caller.o"
 refused half fromOtherMember
 
 # --- Calls
@@ -121,7 +123,7 @@ archive unwinds <<'SOURCE'
 struct Guard { ~Guard(); };
 void call(void (*next)()) { Guard guard; next(); }
 SOURCE
-refused unwinds __gxx_personality_v0
+refused unwinds __gxx_personality_
 
 archive prints <<'SOURCE'
 #include <stdio.h>
@@ -208,26 +210,26 @@ refused per_thread counter
 archive runs_before_main <<'SOURCE'
 __attribute__((constructor)) static void call() { asm volatile(""); }
 SOURCE
-refused runs_before_main init_array
+refused runs_before_main 'init_array\|\.ctors'
 
 archive holds_addresses <<'SOURCE'
 extern const char* const names[4];
 const char* const names[] = {"one", "two", "three", "four"};
 const char* call(int index) { return names[index & 3]; }
 SOURCE
-refused holds_addresses data.rel
+refused holds_addresses 'data.rel\|rdata'
 
 archive virtual_functions <<'SOURCE'
 struct Base { virtual int call(); };
 int Base::call() { return 1; }
 SOURCE
-refused virtual_functions data.rel
+refused virtual_functions 'data.rel\|rdata'
 
 # --- Archives that cannot be judged
 
 refused missing "no such file"
 
-ar rc "$work/empty.a"
+"$ar" rc "$work/empty.a"
 refused empty "nothing to check"
 
 printf 'not an archive\n' >"$work/text.a"

@@ -1,13 +1,14 @@
 // The public headers as a program of 2011 sees them: compiled, never run, with nothing included but
 // the headers themselves, without exceptions and without run-time type information.
-#include "protocol/quorva_zrp.h"
+#include "protocol/quorva_zrp_validate.h"
 // Included again: headers must stand that, in any order.
 #include "Common/Source/Core/BRX/BrxBuf.h"
 #include "Common/Source/Core/BRX/BrxBufUtil.h"
 #include "protocol/quorva_zrp.h"
+#include "protocol/quorva_zrp_validate.h"
 
 #if defined(ZRP_STRUCTURE_OPERATIONS) || defined(ZRP_UNION_OPERATIONS) || defined(ZRP_PRESENCE) || \
-    defined(ZRP_LARGEST)
+    defined(ZRP_LARGEST) || defined(ZRP_VALIDATE_STRUCTURE) || defined(ZRP_VALIDATE_UNION)
 #error "the catalogue keeps the macros that declare it to itself"
 #endif
 
@@ -95,6 +96,14 @@ const char* describe(const quorva_zrp::TZRPHead& head, char* text, size_t size);
 const char* describe(const quorva_zrp::TZRPHead& head, char* text, size_t size) {
     head.set_has_Base();
     return head.visualize_ex(text, size, nullptr, 0, '\n');
+}
+
+int check(const quorva_zrp::TZRPInFrame& frame, const char* bytes, size_t size);
+int check(const quorva_zrp::TZRPInFrame& frame, const char* bytes, size_t size) {
+    char path[quorva_zrp::ZRP_PATH_SIZE];
+    quorva_zrp::ZRPCommands commands;
+    const int result = quorva_zrp::validate(frame, path, sizeof(path));
+    return result != 0 ? result : quorva_zrp::commandsOfInFrame(bytes, size, &commands);
 }
 
 int print(Quorva::BrxWriteBuf& out, uint32_t value);
