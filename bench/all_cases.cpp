@@ -14,6 +14,7 @@ Cases allCases() {
     addHardInputs(cases);
     addOracle(cases);
     addDump(cases);
+    addValidate(cases);
 #ifdef ZRP_BENCH_PEERS
     addProtobuf(cases);
     addProtobufLite(cases);

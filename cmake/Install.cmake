@@ -6,7 +6,8 @@ include(CMakePackageConfigHelpers)
 
 install(FILES Common/Source/Core/BRX/BrxBuf.h Common/Source/Core/BRX/BrxBufUtil.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Common/Source/Core/BRX)
-install(FILES protocol/quorva_zrp.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/protocol)
+install(FILES protocol/quorva_zrp.h protocol/quorva_zrp_validate.h
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/protocol)
 install(TARGETS quorva_zrp quorva_zrp_text EXPORT quorva_zrp_targets)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/quorva_zrp)

@@ -1,5 +1,5 @@
 // Everything that can be measured without any other package: this codec, the floors, the tests'
-// oracle, and inputs that are hard on this codec.
+// oracle, inputs that are hard on this codec, and the extras beside it.
 #pragma once
 
 #include "bench/harness/case.h"
@@ -11,5 +11,6 @@ void addFloors(Cases& cases);
 void addOracle(Cases& cases);
 void addHardInputs(Cases& cases);
 void addDump(Cases& cases);
+void addValidate(Cases& cases);
 
 }  // namespace zrp_bench

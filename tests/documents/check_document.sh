@@ -1,6 +1,6 @@
 #!/bin/sh
 # check_document.sh COMPILER ROOT WORK DOCUMENT
-# Keeps the example of a document true. Behind the line "<!-- checked example -->" the document
+# Keeps the examples of a document true. Behind each line "<!-- checked example -->" the document
 # holds a program (```cpp) and what it prints (```text), and may hold a change to the sources before
 # them (```diff). The change is applied to a copy of the library, the program is built against it
 # and run, and what it prints is compared.
@@ -12,31 +12,53 @@ fail() {
     exit 1
 }
 
-# The first block of a language behind the marker.
+# The first block of a language behind the marker with this number, and before the next one.
 block() {
-    awk -v open="\`\`\`$1" '
-        /^<!-- checked example -->$/ { marked = 1 }
+    awk -v open="\`\`\`$2" -v number="$1" '
+        /^<!-- checked example -->$/ { ++marker }
         inside && $0 == "```" { exit }
         inside { print }
-        marked && $0 == open { inside = 1 }' "$root/$document"
+        marker == number && $0 == open { inside = 1 }' "$root/$document"
 }
 
+# A copy of the library in a new directory.
+copy_library() {
+    mkdir -p "$1"
+    cp -R "$root/Common" "$root/protocol" "$root/text" "$1"
+}
+
+# Its objects, beside it.
+compile_library() {
+    (cd "$1" && "$compiler" -std=c++20 -Wall -Wextra -Werror -I. -c Common/Source/Core/BRX/*.cpp \
+        protocol/*.cpp protocol/codec/*.cpp text/*.cpp) || fail "the library does not build"
+}
+
+examples=$(grep -c '^<!-- checked example -->$' "$root/$document") || fail "no example is marked"
 rm -rf "$work"
-mkdir -p "$work"
-cp -R "$root/Common" "$root/protocol" "$root/text" "$work"
-cd "$work"
+number=0
+while [ "$number" -lt "$examples" ]; do
+    number=$((number + 1))
+    mkdir -p "$work/$number"
+    cd "$work/$number"
+    block "$number" cpp >example.cpp
+    block "$number" text >expected.txt
+    block "$number" diff >change.diff
+    [ -s example.cpp ] || fail "no program behind marker $number"
+    [ -s expected.txt ] || fail "no output behind marker $number"
+    library=$work/unchanged
+    if [ -s change.diff ]; then
+        library=$work/$number/changed
+        copy_library "$library"
+        patch --quiet --batch --fuzz=0 -p1 -d "$library" <change.diff >patch.txt 2>&1 ||
+            fail "the change does not apply: $(cat patch.txt)"
+        compile_library "$library"
+    elif [ ! -d "$library" ]; then
+        copy_library "$library"
+        compile_library "$library"
+    fi
 
-block cpp >example.cpp
-block text >expected.txt
-block diff >change.diff
-[ -s example.cpp ] || fail "no program behind the marker"
-[ -s expected.txt ] || fail "no output behind the marker"
-if [ -s change.diff ]; then
-    patch --quiet --batch --fuzz=0 -p1 <change.diff >patch.txt 2>&1 ||
-        fail "the change does not apply: $(cat patch.txt)"
-fi
-
-"$compiler" -std=c++20 -Wall -Wextra -Werror -I. example.cpp Common/Source/Core/BRX/*.cpp \
-    protocol/*.cpp protocol/codec/*.cpp text/*.cpp -o example || fail "the program does not build"
-./example >printed.txt || fail "the program ends with $?"
-diff expected.txt printed.txt || fail "the program prints something else"
+    "$compiler" -std=c++20 -Wall -Wextra -Werror "-I$library" example.cpp "$library"/*.o \
+        -o example || fail "program $number does not build"
+    ./example >printed.txt || fail "program $number ends with $?"
+    diff expected.txt printed.txt || fail "program $number prints something else"
+done
