@@ -180,8 +180,11 @@ int decodeShared(uint8_t type, char* value, long long* selector, BrxReadBuf& buf
         // A broken buffer: the first read reports it.
         Level level = outermost(type, value, 0, buf.position + length);
         level.keepPresence();
+        if (isAtEnd(level, buf.position)) {
+            return buf.position > level.end ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : 0;
+        }
         CheckedSource source(buf, varint);
-        return isAtEnd(level, buf.position) ? 0 : decodeNext(level.table(), level, source);
+        return decodeNext(level.table(), level, source);
     }
     const char* const at = buf.beginPtr + buf.position;
     const Input input(buf.beginPtr, buf.length);

@@ -59,17 +59,28 @@ configure() {
     cmake -S . -B "$folder" "${arguments[@]}"
 }
 
-# Counts single tests in ctest's log: those that GoogleTest reports, and one for each other program.
-# Prints passed, failed and skipped.
+# Counts single tests in ctest's verbose output, where each line begins with the number of its test:
+# those that GoogleTest reports, and one for each other program. Prints passed, failed and skipped.
 count_tests() {
     awk '
-        /^[0-9]+\/[0-9]+ Testing: / { ran = ok = skip = bad = 0 }
-        /^\[==========\] [0-9]+ tests? from .* ran\./ { ran = $2 }
-        /^\[  PASSED  \] [0-9]+ tests?\./ { ok = $4 }
-        /^\[  SKIPPED \] [0-9]+ tests?,/ { skip = $4 }
-        /^\[  FAILED  \] [0-9]+ tests?,/ { bad = $4 }
-        /^Test Passed\./ { passed += ran ? ok : 1; skipped += skip }
-        /^Test Failed\./ { passed += ok; skipped += skip; failed += bad ? bad : 1 }
+        /^[0-9]+: / {
+            id = $1 + 0
+            if ($0 ~ /^[0-9]+: \[  PASSED  \] [0-9]+ tests?\./) { ok[id] = $5 }
+            if ($0 ~ /^[0-9]+: \[  SKIPPED \] [0-9]+ tests?,/) { skipped += $5 }
+            if ($0 ~ /^[0-9]+: \[  FAILED  \] [0-9]+ tests?,/) { bad[id] = $5 }
+            next
+        }
+        /^ *[0-9]+\/[0-9]+ Test +#[0-9]+: / {
+            id = $0
+            sub(/^[^#]*#/, "", id)
+            id += 0
+            if ($0 ~ / Passed +[0-9.]+ sec/) {
+                passed += id in ok ? ok[id] : 1
+            } else {
+                passed += ok[id]
+                failed += bad[id] ? bad[id] : 1
+            }
+        }
         END { print passed + 0, failed + 0, skipped + 0 }' "$1"
 }
 
@@ -77,20 +88,16 @@ count_tests() {
 # DIGEST"; the word is ok or the step that failed.
 build_and_test() {
     local folder=$1 compiler=$2 char=$3 options=$4 log=$5 word=ok counts="0 0 0" digest=-
-    local results=$folder/Testing/Temporary/LastTest.log
     configure "$folder" "$compiler" "$char" "$options" >"$log" 2>&1 || word=configuring
     if [ $word = ok ]; then
         cmake --build "$folder" --parallel "$(nproc)" >>"$log" 2>&1 || word=building
     fi
     if [ $word = ok ]; then
-        rm -f "$results"
-        ctest --test-dir "$folder" --parallel "$(nproc)" --output-on-failure --no-tests=error \
+        ctest --test-dir "$folder" --parallel "$(nproc)" --verbose --no-tests=error \
             >>"$log" 2>&1 || word=testing
-        [ ! -f "$results" ] || {
-            counts=$(count_tests "$results")
-            digest=$(sed -n 's/^digest of [0-9]\{7,\} rows: \([0-9a-f]*\).*/\1/p' "$results" | sort -u |
-                tr '\n' ' ' | sed 's/ $//; s/ /+/g')
-        }
+        counts=$(count_tests "$log")
+        digest=$(sed -n 's/^[0-9]*: digest of [0-9]\{7,\} rows: \([0-9a-f]*\).*/\1/p' "$log" | sort -u |
+            paste -sd+)
     fi
     printf '%s %s %s\n' "$word" "$counts" "${digest:--}"
 }

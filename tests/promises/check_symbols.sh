@@ -65,6 +65,7 @@ LIST
 # What compilers put into code: arithmetic that a machine lacks, the format of 32-bit ARM's tables.
 cat >>"$work/allowed" <<'LIST'
 __aeabi_unwind_cpp_pr0
+__clzdi2
 __ctzdi2
 LIST
 LC_ALL=C sort -o "$work/allowed" "$work/allowed"
