@@ -283,14 +283,15 @@ struct Row {
     using Default = typename attribute::DefaultOf<Attributes...>::type;
     static constexpr const char* label = Label.characters;
     static constexpr uint32_t presenceBit = PresenceBit;
-    static constexpr bool isHot = !keepsCodeSmall && (std::is_same_v<Attributes, Hot> || ...);
+    static constexpr bool isMarkedHot = (std::is_same_v<Attributes, Hot> || ...);
+    static constexpr bool isHot = isMarkedHot && !keepsCodeSmall;
 
     static constexpr bool isNested =
         kindOf<Type>() == Kind::structure || kindOf<Type>() == Kind::selectedUnion;
     static_assert(Governor::size == 0 || isNested || kindOf<Type>() == Kind::bytes ||
                       kindOf<Type>() == Kind::trailingBytes,
                   "byte arrays, structures and unions have governors, other fields have none");
-    static_assert(!isHot || isNested, "only nested values are hot");
+    static_assert(!isMarkedHot || isNested, "only nested values are hot");
     static_assert(Default::template suits<Type>(), "a default is of its field's kind and size");
     static_assert(makeTag(Number, wireDelimited) < 1u << 21, "a tag takes at most three bytes");
 
@@ -313,16 +314,6 @@ struct Row {
 
     static uint64_t governor(const char* record) { return Governor::get(record); }
     static void setGovernor(char* record, uint64_t value) { Governor::set(record, value); }
-
-    /// Calls `use` with a value of the integer's type.
-    template <class Use>
-    ZRP_INLINE static int withIntegerType(Use use) {
-        if constexpr (kind() == Kind::integer) {
-            return use(Type{});
-        } else {
-            return 0;
-        }
-    }
 
     static constexpr uint32_t tag(bool varint) { return makeTag(Number, wireTypeOf<Type>(varint)); }
 

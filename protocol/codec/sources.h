@@ -231,8 +231,8 @@ ZRP_INLINE void storeInteger(size_t size, char* to, uint64_t value) {
     }
 }
 
-/// The same for fields in any order: it reads tags, steps over unknown fields, and sees for itself
-/// that values begin before the end.
+/// Reads fields in any order: tags too, over unknown fields, and sees for itself that values begin
+/// before the end. What PredictingSource would not take is a surprise here as well.
 class QuickSource {
   public:
     /// `until` is to be set before anything is read.

@@ -4,6 +4,8 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "tests/support/every_type.h"
+
 namespace zrp_test {
 
 using namespace quorva_zrp;
@@ -103,41 +105,7 @@ constexpr MessageType unionType(const char* name, size_t maxVarint, size_t maxFi
 #define UNION(Type)     unionType<Type>(#Type, Type##_MAX_VARINT, Type##_MAX_FIXED)
 
 constexpr MessageType types[] = {
-    STRUCTURE(TZRPBase),
-    STRUCTURE(TVESKRawDHReq),
-    STRUCTURE(TVESKRawDHRsp),
-    STRUCTURE(TVESKEncDHInfo),
-    STRUCTURE(TVESKKey),
-    STRUCTURE(TVESKAccount),
-    STRUCTURE(TVESKAuthData),
-    STRUCTURE(O2AuthData),
-    STRUCTURE(TZRPAuthReqBody),
-    STRUCTURE(TZRPAuthRspBody),
-    STRUCTURE(TZRPAckBody),
-    STRUCTURE(TZRPAuthRefreshReq),
-    STRUCTURE(TZRPAuthRefreshNotifyBody),
-    STRUCTURE(TZRPRelay),
-    STRUCTURE(TZRPRelayReqBody),
-    STRUCTURE(SpecifyZoneRouteInfo),
-    STRUCTURE(SpecifyServerRouteInfo),
-    STRUCTURE(SpecifyNameRouteInfo),
-    STRUCTURE(TZRPRouteChangeBody),
-    STRUCTURE(TZRPSynHead),
-    STRUCTURE(TZRPAckHead),
-    STRUCTURE(TZRPBingoBody),
-    STRUCTURE(TZRPDataHead),
-    STRUCTURE(TZRPWaitBody),
-    STRUCTURE(TZRPCStopBody),
-    STRUCTURE(TZRPSStopBody),
-    STRUCTURE(TZRPHead),
-    STRUCTURE(TZRPFrame),
-    STRUCTURE(TZRPInFrame),
-    UNION(TZRPKeyReq),
-    UNION(TZRPKeyRsp),
-    UNION(TVESKIDValue),
-    UNION(TZRPRouteInfo),
-    UNION(TZRPExtHead),
-    UNION(TZRPBody),
+    ZRP_EVERY_TYPE(STRUCTURE, UNION),
 };
 
 #undef STRUCTURE

@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "protocol/quorva_zrp_validate.h"
+#include "tests/support/every_type.h"
 
 namespace zrp_test {
 
@@ -33,41 +34,7 @@ int validateUnion(const void* object, long long selector, char* path, size_t pat
     { #Type, validateUnion < Type> }
 
 constexpr Validator validators[] = {
-    STRUCTURE(TZRPBase),
-    STRUCTURE(TVESKRawDHReq),
-    STRUCTURE(TVESKRawDHRsp),
-    STRUCTURE(TVESKEncDHInfo),
-    STRUCTURE(TVESKKey),
-    STRUCTURE(TVESKAccount),
-    STRUCTURE(TVESKAuthData),
-    STRUCTURE(O2AuthData),
-    STRUCTURE(TZRPAuthReqBody),
-    STRUCTURE(TZRPAuthRspBody),
-    STRUCTURE(TZRPAckBody),
-    STRUCTURE(TZRPAuthRefreshReq),
-    STRUCTURE(TZRPAuthRefreshNotifyBody),
-    STRUCTURE(TZRPRelay),
-    STRUCTURE(TZRPRelayReqBody),
-    STRUCTURE(SpecifyZoneRouteInfo),
-    STRUCTURE(SpecifyServerRouteInfo),
-    STRUCTURE(SpecifyNameRouteInfo),
-    STRUCTURE(TZRPRouteChangeBody),
-    STRUCTURE(TZRPSynHead),
-    STRUCTURE(TZRPAckHead),
-    STRUCTURE(TZRPBingoBody),
-    STRUCTURE(TZRPDataHead),
-    STRUCTURE(TZRPWaitBody),
-    STRUCTURE(TZRPCStopBody),
-    STRUCTURE(TZRPSStopBody),
-    STRUCTURE(TZRPHead),
-    STRUCTURE(TZRPFrame),
-    STRUCTURE(TZRPInFrame),
-    UNION(TZRPKeyReq),
-    UNION(TZRPKeyRsp),
-    UNION(TVESKIDValue),
-    UNION(TZRPRouteInfo),
-    UNION(TZRPExtHead),
-    UNION(TZRPBody),
+    ZRP_EVERY_TYPE(STRUCTURE, UNION),
 };
 
 #undef STRUCTURE
