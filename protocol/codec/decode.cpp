@@ -7,13 +7,15 @@ using Quorva::BrxTLVUtil;
 // Nested values are entered by the loop below, not by calls: the stack that decoding takes does not
 // grow with the nesting of the input.
 
-int decodeNested(const FieldData& field, char*, QuickSource& source, uint64_t length) {
-    source.entered = {&field, length};
+int decodeNested(const FieldData& field, char*, QuickSource& source, uint32_t length) {
+    source.entered = &field;
+    source.enteredLength = length;
     return 0;
 }
 
-int decodeNested(const FieldData& field, char*, CheckedSource& source, uint64_t length) {
-    source.entered = {&field, length};
+int decodeNested(const FieldData& field, char*, CheckedSource& source, uint32_t length) {
+    source.entered = &field;
+    source.enteredLength = length;
     return 0;
 }
 
@@ -22,7 +24,6 @@ namespace {
 /// A structure or a union that is being read. Small, since as many lie on the stack as a message
 /// has levels.
 struct Level {
-    char* value;
     uint64_t end;  ///< offset in the input; in 64 bits, so that a length means the same everywhere
     uint32_t number;  ///< the last field that was met
     uint16_t seen;    ///< presence bits of the fields that were met
@@ -31,7 +32,7 @@ struct Level {
 
     const TableData& table() const { return tableOf(type); }
 
-    void keepPresence() const {
+    void keepPresence(char* value) const {
         if (!table().isUnion) {
             store(value + table().presenceOffset, uint32_t{seen});
         }
@@ -48,7 +49,7 @@ bool isAtEnd(const Level& level, uint64_t consumed) {
 
 /// Reads a tag and the value behind it; a nested value is only entered.
 template <class Source>
-ZRP_INLINE int decodeNext(const TableData& table, Level& level, Source& source) {
+ZRP_INLINE int decodeNext(const TableData& table, Level& level, char* value, Source& source) {
     uint32_t tag = 0;
     if (const int result = source.tag(tag); result != 0) {
         return result;
@@ -62,36 +63,36 @@ ZRP_INLINE int decodeNext(const TableData& table, Level& level, Source& source) 
         return source.skip(BrxTLVUtil::getTypeId(tag));
     }
     level.seen = static_cast<uint16_t>(level.seen | field->presenceBit);
-    return decodeField(*field, level.value, source);
+    return decodeField(*field, value, source);
 }
 
 /// The same through CheckedSource, for what `quick` does not expect.
-ZRP_SELDOM int decodeNextChecked(Level& level, QuickSource& quick, const char* at) {
-    BrxReadBuf buf(quick.input.begin, quick.input.size);
-    buf.position = quick.input.offsetOf(at);
-    CheckedSource source(buf, quick.varint);
-    const int result = decodeNext(level.table(), level, source);
-    quick.at = quick.input.begin + buf.position;
+ZRP_SELDOM int decodeNextChecked(Level& level, char* value, QuickSource& quick, const char* at) {
+    CheckedSource source(quick.input.begin, quick.input.size, quick.input.offsetOf(at),
+                         quick.varint);
+    const int result = decodeNext(level.table(), level, value, source);
+    quick.at = quick.input.begin + source.buf.position;
     quick.entered = source.entered;
+    quick.enteredLength = source.enteredLength;
     return result;
 }
 
 /// Reads fields until one fails or is nested or the level ends.
-int decodeFields(Level& level, QuickSource& source) {
+int decodeFields(Level& level, char* value, QuickSource& source) {
     // Copies that nothing points at stay in registers.
-    const TableData table = level.table();
+    const TableData& table = level.table();
     Level now = level;
     int result = 0;
-    source.entered.field = nullptr;
+    source.entered = nullptr;
     do {
         const char* const start = source.at;
-        result = decodeNext(table, now, source);
+        result = decodeNext(table, now, value, source);
         if (result == surprise) {
             level = now;
-            result = decodeNextChecked(level, source, start);
+            result = decodeNextChecked(level, value, source, start);
             now = level;
         }
-    } while (result == 0 && source.entered.field == nullptr && !table.isUnion &&
+    } while (result == 0 && source.entered == nullptr && !table.isUnion &&
              source.at < source.until);
     level = now;
     return result;
@@ -102,94 +103,82 @@ const char* untilOf(const Level& level, const Input& input) {
     return input.begin + (level.end < input.size ? static_cast<size_t>(level.end) : input.size);
 }
 
-/// Goes into the nested value that `source` has come to.
-void enter(Level*& level, QuickSource& source) {
-    const FieldData& field = *source.entered.field;
-    const uint64_t end = source.input.offsetOf(source.at) + source.entered.length;
-    char* const value = level->value + field.offset();
+/// Goes into the nested value of `value` that `source` has come to, which becomes `value`.
+void enter(Level*& level, char*& value, QuickSource& source) {
+    const FieldData& field = *source.entered;
     const auto index = static_cast<uint8_t>(&field - level->table().begin());
-    *++level = {value, end, 0, 0, field.nestedType, index};
+    const uint64_t end = source.input.offsetOf(source.at) + source.enteredLength;
+    *++level = {end, 0, 0, field.nestedType, index};
+    value += field.offset();
     source.until = untilOf(*level, source.input);
 }
 
-/// Comes back from a nested value. No field of the catalogue is required, so none can be missing.
-void leave(Level*& level, QuickSource& source) {
-    level->keepPresence();
-    const Level& inside = *level--;
-    governNested(level->table().begin()[inside.field], level->value, inside.number);
-    source.until = untilOf(*level, source.input);
-}
-
-/// Reads a structure or union and all that is nested in it. `*selector` is where a union's goes.
-int decodeLevels(const Level& outermost, long long* selector, QuickSource& source) {
-    Level levels[CatalogueData::mostLevels];
-    Level* level = levels;
-    *level = outermost;
-    source.until = untilOf(*level, source.input);
-    int result = 0;
-    while (result == 0) {
-        const uint64_t consumed = source.input.offsetOf(source.at);
-        if (!isAtEnd(*level, consumed)) {
-            result = decodeFields(*level, source);
-            if (source.entered.field != nullptr) {
-                enter(level, source);
-            }
-        } else if (consumed > level->end) {
-            result = Quorva::BRX_ERR_LENGTH_MISMATCH;
-        } else if (level != levels) {
-            leave(level, source);
-        } else {
-            break;
-        }
-    }
-    if (result == 0 && level->table().isUnion) {
-        *selector = level->number;
-    }
-    for (const Level* open = levels; open <= level; ++open) {
-        open->keepPresence();
-    }
-    return result;
-}
-
-/// The outermost level, up to `end`.
-Level outermost(uint8_t type, char* value, uint32_t seen, uint64_t end) {
-    return {value, end, 0, static_cast<uint16_t>(seen), type, 0};
+/// Comes back from a nested value. Returns which field of `value`, the one outside, it is.
+const FieldData& leave(Level*& level, char*& value) {
+    level->keepPresence(value);
+    const uint8_t index = level->field;
+    --level;
+    const FieldData& field = level->table().begin()[index];
+    value -= field.offset();
+    return field;
 }
 
 }  // namespace
 
-DecodeStep decodeShared(uint8_t type, char* value, long long* selector, const Input& input,
-                        const char* at, uint64_t length, bool varint) {
-    QuickSource source(input, at, varint);
-    const int result =
-        decodeLevels(outermost(type, value, 0, input.offsetOf(at) + length), selector, source);
-    return {source.at, result};
+// No field of the catalogue is required, so none can be missing.
+DecodeStep decodeShared(Reading reading, char* value, const Input& input, const char* at,
+                        uint64_t end) {
+    Level levels[CatalogueData::mostLevels];
+    Level* level = levels;
+    *level = {end, 0, reading.seen, reading.type, 0};
+    QuickSource source(input, at, reading.varint);
+    source.until = untilOf(*level, input);
+    int result = 0;
+    while (result == 0) {
+        const uint64_t consumed = input.offsetOf(source.at);
+        if (!isAtEnd(*level, consumed)) {
+            result = decodeFields(*level, value, source);
+            if (source.entered != nullptr) {
+                enter(level, value, source);
+            }
+        } else if (consumed > level->end) {
+            result = Quorva::BRX_ERR_LENGTH_MISMATCH;
+        } else if (level != levels) {
+            const uint32_t number = level->number;
+            const FieldData& field = leave(level, value);
+            governNested(field, value, number);
+            source.until = untilOf(*level, input);
+        } else {
+            break;
+        }
+    }
+    while (level != levels) {
+        (void)leave(level, value);
+    }
+    level->keepPresence(value);
+    return {source.at, result, level->number};
 }
 
-DecodeStep finishShared(uint8_t type, char* record, uint32_t seen, const Input& input,
-                        const char* at, const char* until, bool varint) {
-    QuickSource source(input, at, varint);
-    const int result =
-        decodeLevels(outermost(type, record, seen, input.offsetOf(until)), nullptr, source);
-    return {source.at, result};
-}
-
-int decodeShared(uint8_t type, char* value, long long* selector, BrxReadBuf& buf, uint64_t length,
-                 bool varint) {
+int decodeShared(uint8_t type, bool varint, char* value, long long* selector, BrxReadBuf& buf,
+                 uint64_t length) {
     if (buf.position > buf.length) {
         // A broken buffer: the first read reports it.
-        Level level = outermost(type, value, 0, buf.position + length);
-        level.keepPresence();
+        Level level = {buf.position + length, 0, 0, type, 0};
+        level.keepPresence(value);
         if (isAtEnd(level, buf.position)) {
             return buf.position > level.end ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : 0;
         }
-        CheckedSource source(buf, varint);
-        return decodeNext(level.table(), level, source);
+        CheckedSource source(buf.beginPtr, buf.length, buf.position, varint);
+        return decodeNext(level.table(), level, value, source);
     }
     const char* const at = buf.beginPtr + buf.position;
     const Input input(buf.beginPtr, buf.length);
-    const DecodeStep step = decodeShared(type, value, selector, input, at, length, varint);
+    const DecodeStep step =
+        decodeShared({type, varint, 0}, value, input, at, buf.position + length);
     buf.position = input.offsetOf(step.at);
+    if (step.result == 0 && selector != nullptr) {
+        *selector = step.number;
+    }
     return step.result;
 }
 

@@ -16,16 +16,15 @@ namespace quorva_zrp::codec {
 
 // How the ways of reading enter a nested value of `length` bytes; below and in decode.cpp.
 template <class Field, bool Varint>
-int decodeNested(Field field, char* record, PredictingSource<Varint>& source, uint64_t length);
-int decodeNested(const FieldData& field, char* record, QuickSource& source, uint64_t length);
-int decodeNested(const FieldData& field, char* record, CheckedSource& source, uint64_t length);
+int decodeNested(Field field, char* record, PredictingSource<Varint>& source, uint32_t length);
+int decodeNested(const FieldData& field, char* record, QuickSource& source, uint32_t length);
+int decodeNested(const FieldData& field, char* record, CheckedSource& source, uint32_t length);
 
 /// Sets the governor of a nested value that was read: a union's selector, or a flag of 1.
 template <class Field>
-ZRP_INLINE void governNested(const Field& field, char* record, long long selector) {
+ZRP_INLINE void governNested(const Field& field, char* record, uint32_t selector) {
     if (field.isGoverned()) {
-        const bool isUnion = field.kind() == Kind::selectedUnion;
-        field.setGovernor(record, isUnion ? static_cast<uint64_t>(selector) : 1);
+        field.setGovernor(record, field.kind() == Kind::selectedUnion ? selector : 1);
     }
 }
 
@@ -65,20 +64,25 @@ ZRP_INLINE int decodeField(const Field& field, char* record, Source& source) {
 struct DecodeStep {
     const char* at;
     int result;
+    uint32_t number;  ///< of the field that a union's bytes had; of a structure's, some number
 };
 
-/// Reads the `length` bytes of a structure, or one field of a union, whose number becomes
-/// `*selector` unless it goes past that.
-DecodeStep decodeShared(uint8_t type, char* value, long long* selector, const Input& input,
-                        const char* at, uint64_t length, bool varint);
+/// What is read, in one register: a frame less for the stack to hold.
+struct Reading {
+    uint8_t type;
+    bool varint;
+    uint16_t seen;  ///< presence bits of the fields of a structure that were read before
+};
 
-/// The same from the position of `buf` on.
-int decodeShared(uint8_t type, char* value, long long* selector, BrxReadBuf& buf, uint64_t length,
-                 bool varint);
+/// Reads the fields of a structure from `at` on, or one field of a union, up to the offset `end` of
+/// the input, which may lie behind it.
+DecodeStep decodeShared(Reading reading, char* value, const Input& input, const char* at,
+                        uint64_t end);
 
-/// Reads what is left of a structure up to `until`, of which the fields `seen` were read before.
-DecodeStep finishShared(uint8_t type, char* record, uint32_t seen, const Input& input,
-                        const char* at, const char* until, bool varint);
+/// The same for `length` bytes from the position of `buf` on; the number of a union's field becomes
+/// `*selector`, which is null for structures.
+int decodeShared(uint8_t type, bool varint, char* value, long long* selector, BrxReadBuf& buf,
+                 uint64_t length);
 
 // --- In order, predicted ------------------------------------------------------------------------
 
@@ -153,12 +157,13 @@ ZRP_INLINE int predictFields(char* record, PredictingSource<Varint>& source, uin
     return result;
 }
 
-/// Reads fields up to `until`, which lies before the end of `source`.
+/// Reads the fields of a structure up to `until`, which lies before the end of `source`, as far as
+/// they can be predicted. A result above 0 says that there is more than the fields `seen`.
 template <class Record, bool Varint>
-ZRP_INLINE int decodeFields(char* record, PredictingSource<Varint>& source, const char* until) {
+ZRP_INLINE int predictRecord(char* record, PredictingSource<Varint>& source, const char* until,
+                             uint32_t& seen) {
     const char* const outer = source.until();
     source.setUntil(until);
-    uint32_t seen = 0;
     const int result = predictFields<Record>(record, source, seen, FieldIndices<Record>{});
     source.setUntil(outer);
     if (result < 0 || (result == 0 && source.at == until)) {
@@ -166,8 +171,23 @@ ZRP_INLINE int decodeFields(char* record, PredictingSource<Varint>& source, cons
         return result;
     }
     source.input().isSurprising = true;
-    return goOn(source, finishShared(typeIndex<Record>, record, seen, source.input(), source.at,
-                                     until, Varint));
+    return surprise;
+}
+
+/// Reads the fields that prediction left.
+template <class Record, bool Varint>
+ZRP_INLINE DecodeStep finish(char* record, const PredictingSource<Varint>& source,
+                             const char* until, uint32_t seen) {
+    return decodeShared({typeIndex<Record>, Varint, static_cast<uint16_t>(seen)}, record,
+                        source.input(), source.at, source.input().offsetOf(until));
+}
+
+/// Reads the fields of a structure in the code of the one around it.
+template <class Record, bool Varint>
+ZRP_INLINE int decodeInside(char* record, PredictingSource<Varint>& source, const char* until) {
+    uint32_t seen = 0;
+    const int result = predictRecord<Record>(record, source, until, seen);
+    return result <= 0 ? result : goOn(source, finish<Record>(record, source, until, seen));
 }
 
 /// Reads the one field of a union up to `until` if it is the one that the selector expects.
@@ -183,12 +203,17 @@ ZRP_INLINE int decodeMember(char* value, long long selector, PredictingSource<Va
     return result == 0 && source.at > until ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : result;
 }
 
-/// The same out of line.
+/// Reads the fields of a structure out of line. The last call is a jump, so that the stack holds
+/// either this or what the loop takes.
 template <class Record, bool Varint>
 DecodeStep decode(char* record, const Input& input, const char* at, const char* until) {
     PredictingSource<Varint> source(input, at, until);
-    const int result = decodeFields<Record>(record, source, until);
-    return {source.at, result};
+    uint32_t seen = 0;
+    const int result = predictRecord<Record>(record, source, until, seen);
+    if (result <= 0) {
+        return {source.at, result, 0};
+    }
+    return finish<Record>(record, source, until, seen);
 }
 
 template <class Union, bool Varint>
@@ -196,7 +221,7 @@ DecodeStep decode(char* value, long long selector, const Input& input, const cha
                   const char* until) {
     PredictingSource<Varint> source(input, at, until);
     const int result = decodeMember<Union>(value, selector, source, until);
-    return {source.at, result};
+    return {source.at, result, 0};
 }
 
 /// Reads a nested value of straight-line code up to `until`.
@@ -212,7 +237,7 @@ ZRP_INLINE int decodeStraight(Field field, char* nested, long long selector,
                         decode<Type, Varint>(nested, selector, source.input(), source.at, until));
         }
     } else if constexpr (Field::isHot) {
-        return decodeFields<Type>(nested, source, until);
+        return decodeInside<Type>(nested, source, until);
     } else {
         return goOn(source, decode<Type, Varint>(nested, source.input(), source.at, until));
     }
@@ -220,7 +245,7 @@ ZRP_INLINE int decodeStraight(Field field, char* nested, long long selector,
 
 template <class Field, bool Varint>
 ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>& source,
-                            uint64_t length) {
+                            uint32_t length) {
     if constexpr (Field::isNested) {
         using Type = typename Field::type;
         char* const nested = record + field.offset();
@@ -242,13 +267,13 @@ ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>&
             }
             source.input().isSurprising = true;
         }
-        long long selector = 0;
-        const int result = goOn(source, decodeShared(typeIndex<Type>, nested, &selector,
-                                                     source.input(), source.at, length, Varint));
-        if (result == 0) {
-            governNested(field, record, selector);
+        const DecodeStep step =
+            decodeShared({typeIndex<Type>, Varint, 0}, nested, source.input(), source.at,
+                         source.input().offsetOf(source.at) + length);
+        if (step.result == 0) {
+            governNested(field, record, step.number);
         }
-        return result;
+        return goOn(source, step);
     } else {
         return 0;
     }
@@ -270,7 +295,7 @@ inline int decodeFrom(Record& object, BrxReadBuf& buf, uint64_t length) {
             return step.result;
         }
     }
-    return decodeShared(typeIndex<Record>, record, nullptr, buf, length, Varint);
+    return decodeShared(typeIndex<Record>, Varint, record, nullptr, buf, length);
 }
 
 }  // namespace quorva_zrp::codec

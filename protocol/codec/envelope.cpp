@@ -49,7 +49,7 @@ int unpackShared(uint8_t type, char* value, long long* selector, const char* buf
     BrxReadBuf buf(buffer, size);
     buf.position = envelopeSize;
     const int result =
-        decodeShared(type, value, selector, buf, envelope.bodyLength, envelope.varint);
+        decodeShared(type, envelope.varint, value, selector, buf, envelope.bodyLength);
     if (usedSize != nullptr) {
         *usedSize = buf.position;
     }

@@ -189,48 +189,48 @@ inline const char* visualizeText(const Record& record, char* text, size_t size, 
     }
 
 /// Defines every operation of union `Type`.
-#define ZRP_DEFINE_UNION(Type)                                                                    \
-    int Type::construct() {                                                                       \
-        memset(static_cast<void*>(this), 0, sizeof(*this));                                       \
-        return 0;                                                                                 \
-    }                                                                                             \
-    int Type::construct(long long selector) {                                                     \
-        codec::construct(codec::typeIndex<Type>, codec::bytesOf(*this), selector);                \
-        return 0;                                                                                 \
-    }                                                                                             \
-    int Type::packTLV(long long selector, char* buffer, size_t size, size_t* usedSize,            \
-                      bool varint) const {                                                        \
-        return codec::packShared(codec::typeIndex<Type>, codec::bytesOf(*this), selector, buffer, \
-                                 size, usedSize, varint);                                         \
-    }                                                                                             \
-    int Type::packTLVWithVarint(long long selector, Quorva::BrxWriteBuf& buf) const {             \
-        return codec::encode<true>(*this, selector, buf);                                         \
-    }                                                                                             \
-    int Type::packTLVNoVarint(long long selector, Quorva::BrxWriteBuf& buf) const {               \
-        return codec::encode<false>(*this, selector, buf);                                        \
-    }                                                                                             \
-    int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) { \
-        return codec::unpackShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector,      \
-                                   buffer, size, usedSize);                                       \
-    }                                                                                             \
-    int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {  \
-        return codec::decodeShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector, buf, \
-                                   length, true);                                                 \
-    }                                                                                             \
-    int Type::unpackTLVNoVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {    \
-        return codec::decodeShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector, buf, \
-                                   length, false);                                                \
-    }                                                                                             \
-    int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                              \
-        return codec::largestSize<Type>(size, varint);                                            \
-    }                                                                                             \
-    int Type::visualize(long long selector, Quorva::BrxWriteBuf& buf, int indent, char separator) \
-        const {                                                                                   \
-        return codec::print<Type>(codec::bytesOf(*this), selector, {buf, indent, separator});     \
-    }                                                                                             \
-    int Type::visualize(long long selector, char* buf, size_t size, size_t* used, int indent,     \
-                        char separator) const {                                                   \
-        return codec::visualizeInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {             \
-            return visualize(selector, page, indent, separator);                                  \
-        });                                                                                       \
+#define ZRP_DEFINE_UNION(Type)                                                                     \
+    int Type::construct() {                                                                        \
+        memset(static_cast<void*>(this), 0, sizeof(*this));                                        \
+        return 0;                                                                                  \
+    }                                                                                              \
+    int Type::construct(long long selector) {                                                      \
+        codec::construct(codec::typeIndex<Type>, codec::bytesOf(*this), selector);                 \
+        return 0;                                                                                  \
+    }                                                                                              \
+    int Type::packTLV(long long selector, char* buffer, size_t size, size_t* usedSize,             \
+                      bool varint) const {                                                         \
+        return codec::packShared(codec::typeIndex<Type>, codec::bytesOf(*this), selector, buffer,  \
+                                 size, usedSize, varint);                                          \
+    }                                                                                              \
+    int Type::packTLVWithVarint(long long selector, Quorva::BrxWriteBuf& buf) const {              \
+        return codec::encode<true>(*this, selector, buf);                                          \
+    }                                                                                              \
+    int Type::packTLVNoVarint(long long selector, Quorva::BrxWriteBuf& buf) const {                \
+        return codec::encode<false>(*this, selector, buf);                                         \
+    }                                                                                              \
+    int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) {  \
+        return codec::unpackShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector,       \
+                                   buffer, size, usedSize);                                        \
+    }                                                                                              \
+    int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {   \
+        return codec::decodeShared(codec::typeIndex<Type>, true, codec::bytesOf(*this), &selector, \
+                                   buf, length);                                                   \
+    }                                                                                              \
+    int Type::unpackTLVNoVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {     \
+        return codec::decodeShared(codec::typeIndex<Type>, false, codec::bytesOf(*this),           \
+                                   &selector, buf, length);                                        \
+    }                                                                                              \
+    int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                               \
+        return codec::largestSize<Type>(size, varint);                                             \
+    }                                                                                              \
+    int Type::visualize(long long selector, Quorva::BrxWriteBuf& buf, int indent, char separator)  \
+        const {                                                                                    \
+        return codec::print<Type>(codec::bytesOf(*this), selector, {buf, indent, separator});      \
+    }                                                                                              \
+    int Type::visualize(long long selector, char* buf, size_t size, size_t* used, int indent,      \
+                        char separator) const {                                                    \
+        return codec::visualizeInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {              \
+            return visualize(selector, page, indent, separator);                                   \
+        });                                                                                        \
     }

@@ -57,10 +57,7 @@ class UncheckedSink {
 
 class CheckedSink {
   public:
-    struct Hole {
-        size_t length;
-        size_t start;
-    };
+    using Hole = size_t;
 
     CheckedSink(BrxWriteBuf& buf, bool varint) : buf_(buf), varint_(varint) {}
 
@@ -71,12 +68,12 @@ class CheckedSink {
     /// Deliberate: a hole that does not fit goes unnoticed here; the value is still written, and
     /// writing its length back is what fails.
     Hole openLength() {
-        const size_t length = buf_.position;
+        const Hole hole = buf_.position;
         (void)buf_.reserve(lengthSize);
-        return {length, buf_.position};
+        return hole;
     }
     int closeLength(Hole hole) {
-        return buf_.writeUInt32(static_cast<uint32_t>(buf_.position - hole.start), hole.length);
+        return buf_.writeUInt32(static_cast<uint32_t>(buf_.position - hole - lengthSize), hole);
     }
 
     /// All or nothing.

@@ -114,23 +114,23 @@ int QuickSource::skip(uint32_t wireType) {
 // --- CheckedSource ------------------------------------------------------------------------------
 
 int CheckedSource::read(uint16_t& value) {
-    return varint_ ? buf_.readVarUInt16(value) : buf_.readUInt16(value);
+    return varint_ ? buf.readVarUInt16(value) : buf.readUInt16(value);
 }
 
 int CheckedSource::read(uint32_t& value) {
-    return varint_ ? buf_.readVarUInt32(value) : buf_.readUInt32(value);
+    return varint_ ? buf.readVarUInt32(value) : buf.readUInt32(value);
 }
 
 int CheckedSource::read(uint64_t& value) {
-    return varint_ ? buf_.readVarUInt64(value) : buf_.readUInt64(value);
+    return varint_ ? buf.readVarUInt64(value) : buf.readUInt64(value);
 }
 
 int CheckedSource::read(int32_t& value) {
-    return varint_ ? buf_.readVarInt32(value) : buf_.readInt32(value);
+    return varint_ ? buf.readVarInt32(value) : buf.readInt32(value);
 }
 
 int CheckedSource::read(int64_t& value) {
-    return varint_ ? buf_.readVarInt64(value) : buf_.readInt64(value);
+    return varint_ ? buf.readVarInt64(value) : buf.readInt64(value);
 }
 
 int CheckedSource::integer(const FieldData& field, char* to) {
@@ -150,7 +150,7 @@ int CheckedSource::text(char* to, size_t capacity) {
     if (size >= capacity) {
         return Quorva::BRX_ERR_TEXT_TOO_LONG;
     }
-    if (const int result = buf_.readBytes(to, size); result != 0) {
+    if (const int result = buf.readBytes(to, size); result != 0) {
         return result;
     }
     to[size] = '\0';
@@ -166,9 +166,9 @@ int CheckedSource::bytes(char* to, size_t capacity, size_t& stored) {
         return Quorva::BRX_ERR_ZERO_LENGTH;
     }
     const size_t wanted = size < capacity ? size : capacity;
-    const size_t remaining = buf_.length - buf_.position;
+    const size_t remaining = buf.length - buf.position;
     const size_t there = wanted < remaining ? wanted : remaining;
-    (void)buf_.readBytes(to, there);  // cannot fail: it is there
+    (void)buf.readBytes(to, there);  // cannot fail: it is there
     if (there < wanted) {
         return Quorva::BRX_ERR_NO_DATA;
     }

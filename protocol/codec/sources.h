@@ -185,12 +185,6 @@ class PredictingSource {
     const char* last_;  ///< the last byte that may be taken
 };
 
-/// A nested value whose length has been read: the loop over the fields goes on inside it.
-struct Entered {
-    const FieldData* field;  ///< null for none
-    uint64_t length;
-};
-
 // Integers whose size is known at run time.
 
 /// Loads a varint for an integer of `size` bytes.
@@ -242,8 +236,11 @@ class QuickSource {
     const Input& input;
     const char* at;     ///< the next byte
     const char* until;  ///< where reading ends, no further than the input
+    /// The field of a nested value whose length has been read, else null: the loop over the fields
+    /// goes on inside it.
+    const FieldData* entered = nullptr;
+    uint32_t enteredLength = 0;
     const bool varint;
-    Entered entered{};
 
     /// A tag of at most three bytes, which all of the catalogue take.
     ZRP_INLINE int tag(uint32_t& tag) {
@@ -296,17 +293,22 @@ class QuickSource {
 
 class CheckedSource {
   public:
-    /// Reads `buf` from its position on.
-    CheckedSource(BrxReadBuf& buf, bool varint) : buf_(buf), varint_(varint) {}
+    /// Reads the `size` bytes at `begin` from `position` on.
+    CheckedSource(const char* begin, size_t size, size_t position, bool varint)
+        : buf(begin, size), varint_(varint) {
+        buf.position = position;
+    }
 
-    Entered entered{};
+    BrxReadBuf buf;
+    const FieldData* entered = nullptr;  ///< as in QuickSource
+    uint32_t enteredLength = 0;
 
-    int tag(uint32_t& tag) { return buf_.readVarUInt32(tag); }
+    int tag(uint32_t& tag) { return buf.readVarUInt32(tag); }
 
     /// Reads an integer into the bytes at `to`: a varint that fails leaves its groups there.
     int integer(const FieldData& field, char* to);
 
-    int length(uint32_t& value) { return buf_.readUInt32(value); }
+    int length(uint32_t& value) { return buf.readUInt32(value); }
 
     int text(char* to, size_t capacity);
 
@@ -317,18 +319,17 @@ class CheckedSource {
     int bytes(char* to, size_t capacity, size_t& stored);
 
     int skip(uint32_t wireType) {
-        return Quorva::BrxTLVUtil::skipUnknownFields(buf_, static_cast<int>(wireType));
+        return Quorva::BrxTLVUtil::skipUnknownFields(buf, static_cast<int>(wireType));
     }
 
   private:
-    int read(uint8_t& value) { return buf_.readUInt8(value); }
+    int read(uint8_t& value) { return buf.readUInt8(value); }
     int read(uint16_t& value);
     int read(uint32_t& value);
     int read(uint64_t& value);
     int read(int32_t& value);
     int read(int64_t& value);
 
-    BrxReadBuf& buf_;
     const bool varint_;
 };
 
