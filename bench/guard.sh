@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Fails when the codec takes more instructions or more bytes than expected_instructions.txt and
-# expected_sizes.txt say, by more than 3 %. Neither depends on how busy the machine is.
+# expected_sizes.txt say, by more than 3 %, or when validating a frame takes more than a tenth of
+# decoding it. None of this depends on how busy the machine is.
 #
 #     bench/guard.sh BUILD_DIR            compare
 #     bench/guard.sh BUILD_DIR --update   make what is measured now the expected figures
@@ -9,7 +10,7 @@
 set -euo pipefail
 
 [ $# -ge 1 ] || {
-    sed -n '2,9s/^# \{0,1\}//p' "$0" >&2
+    sed -n '2,10s/^# \{0,1\}//p' "$0" >&2
     exit 2
 }
 here=$(cd "$(dirname "$0")" && pwd)
@@ -33,8 +34,8 @@ mkdir -p "$measured"
 {
     cmake -S "$here/.." -B "$build" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=g++ \
         -DQUORVA_ZRP_BENCH=ON -DQUORVA_ZRP_BENCH_PEERS=OFF -DQUORVA_ZRP_TESTS=OFF \
-        -DQUORVA_ZRP_EXAMPLES=OFF
-    cmake --build "$build" --parallel "$(nproc)" --target zrp_bench_instructions
+        -DQUORVA_ZRP_EXAMPLES=OFF &&
+        cmake --build "$build" --parallel "$(nproc)" --target zrp_bench_instructions
 } >"$measured/build.log" 2>&1 || {
     tail -n 40 "$measured/build.log" >&2
     exit 1
@@ -54,6 +55,22 @@ if [ "${2:-}" = --update ]; then
 fi
 
 failed=0
+frames=(M2 M3 M4 M6)
+"$here/instructions.sh" "$build" "${frames[@]/#/validate/}" "${frames[@]/#/decode/}" |
+    awk -v frames="${frames[*]}" '
+        { measured[$1] = $2 }
+        END {
+            split(frames, names, " ")
+            for (i in names) {
+                validate = measured["validate/" names[i] "/zrp"]
+                decode = measured["decode/" names[i] "/zrp-fixed"] # the cheaper flavour
+                if (!validate || !decode || validate * 10 > decode) {
+                    printf "guard: validating %s takes %d instructions, decoding it %d\n", names[i], validate, decode
+                    failed = 1
+                }
+            }
+            exit failed
+        }' || failed=1
 for what in instructions sizes; do
     expected=$here/expected_$what.txt
     awk -v what="$what" '

@@ -41,8 +41,8 @@ prepare() {
     {
         cmake -S "$here/.." -B "$build" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=g++ \
             -DQUORVA_ZRP_BENCH=ON -DQUORVA_ZRP_BENCH_PEERS=ON \
-            -DQUORVA_ZRP_BENCH_NANOPB="$nanopb" -DQUORVA_ZRP_TESTS=OFF -DQUORVA_ZRP_EXAMPLES=OFF
-        cmake --build "$build" --parallel "$(nproc)"
+            -DQUORVA_ZRP_BENCH_NANOPB="$nanopb" -DQUORVA_ZRP_TESTS=OFF -DQUORVA_ZRP_EXAMPLES=OFF &&
+            cmake --build "$build" --parallel "$(nproc)"
     } >"$results/build.log" 2>&1 || {
         tail -n 40 "$results/build.log" >&2
         exit 1

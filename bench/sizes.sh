@@ -41,8 +41,8 @@ weigh() {
             -DCMAKE_C_COMPILER="${prefix}gcc" -DCMAKE_CXX_COMPILER="${prefix}g++" \
             -DCMAKE_C_FLAGS="-$optimisation -DNDEBUG" -DCMAKE_CXX_FLAGS="-$optimisation -DNDEBUG" \
             -DQUORVA_ZRP_COMPACT="$compact" -DQUORVA_ZRP_SIZES_PEERS=$peers \
-            ${nanopb:+-DQUORVA_ZRP_BENCH_NANOPB="$nanopb"}
-        cmake --build "$build" --parallel "$jobs" "${targets[@]}"
+            ${nanopb:+-DQUORVA_ZRP_BENCH_NANOPB="$nanopb"} &&
+            cmake --build "$build" --parallel "$jobs" "${targets[@]}"
     } >"$build.log" 2>&1 || {
         tail -n 40 "$build.log" >&2
         exit 1

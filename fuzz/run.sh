@@ -92,8 +92,8 @@ else
 fi
 printf 'fuzz: building (%d-bit, %s)\n' "$width" "$kind" >&2
 {
-    cmake "${configuration[@]}" -B "$build"
-    cmake --build "$build" --target fuzz --parallel "$(nproc)"
+    cmake "${configuration[@]}" -B "$build" &&
+        cmake --build "$build" --target fuzz --parallel "$(nproc)"
 } >"$run/build.log" 2>&1 || {
     grep -m 10 -A 3 -E 'error:|Error' "$run/build.log" >&2 || tail -n 40 "$run/build.log" >&2
     fail "the build failed; the whole log is $run/build.log"

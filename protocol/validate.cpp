@@ -28,20 +28,18 @@ static_assert(pathLimits<TZRPInFrame>().size + 1 == ZRP_PATH_SIZE,
 
 }  // namespace codec
 
-#define ZRP_DEFINE_STRUCTURE(Type)                                                  \
-    int validate(const Type& message, char* path, size_t pathSize) {                \
-        return codec::validateMessage<Type>(                                        \
-            path, pathSize, [&](codec::Trail& trail) ZRP_INLINE_LAMBDA {            \
-                return codec::validateFields<Type>(codec::bytesOf(message), trail); \
-            });                                                                     \
+#define ZRP_DEFINE_STRUCTURE(Type)                                                               \
+    int validate(const Type& message, char* path, size_t pathSize) {                             \
+        return codec::validateMessage<Type>(path, pathSize, [&](auto& trail) ZRP_INLINE_LAMBDA { \
+            return codec::validateFields<Type>(codec::bytesOf(message), trail);                  \
+        });                                                                                      \
     }
 
-#define ZRP_DEFINE_UNION(Type)                                                                \
-    int validate(const Type& message, long long selector, char* path, size_t pathSize) {      \
-        return codec::validateMessage<Type>(                                                  \
-            path, pathSize, [&](codec::Trail& trail) ZRP_INLINE_LAMBDA {                      \
-                return codec::validateMember<Type>(codec::bytesOf(message), selector, trail); \
-            });                                                                               \
+#define ZRP_DEFINE_UNION(Type)                                                                   \
+    int validate(const Type& message, long long selector, char* path, size_t pathSize) {         \
+        return codec::validateMessage<Type>(path, pathSize, [&](auto& trail) ZRP_INLINE_LAMBDA { \
+            return codec::validateMember<Type>(codec::bytesOf(message), selector, trail);        \
+        });                                                                                      \
     }
 
 ZRP_DEFINE_STRUCTURE(TZRPBase)
@@ -86,7 +84,7 @@ ZRP_DEFINE_STRUCTURE(TZRPInFrame)
 int validateWithBody(const TZRPFrame& frame, size_t bodySize, char* path, size_t pathSize) {
     using Body = codec::Field<TZRPFrame, 1>;
     static_assert(Body::kind() == codec::Kind::trailingBytes);
-    return codec::validateMessage<TZRPFrame>(path, pathSize, [&](codec::Trail& trail) {
+    return codec::validateMessage<TZRPFrame>(path, pathSize, [&](auto& trail) {
         const char* const record = codec::bytesOf(frame);
         int result = codec::validateFields<TZRPFrame>(record, trail);
         if (result == 0 && Body::governor(record) > bodySize) {

@@ -50,6 +50,11 @@ class Trail {
 
     void add(const char* label) { labels_[count_++] = label; }
 
+    /// Whether a text of `size` bytes ends in it.
+    static bool isEnded(const char* text, size_t size) {
+        return memchr(text, '\0', size) != nullptr;
+    }
+
     /// Writes the names from the outermost on into `size` bytes, at least one; cut short where they
     /// do not fit, but ended by a NUL.
     void write(char* path, size_t size) const;
@@ -57,6 +62,15 @@ class Trail {
   private:
     const char* labels_[capacity];
     size_t count_ = 0;
+};
+
+/// Instead of a trail for a first look: it keeps nothing and calls nothing, so what is sound costs
+/// no stack. What fails at a glance is looked at again.
+struct Glance {
+    static void add(const char*) {}
+
+    /// Any NUL will do, and where a record was zeroed before it was filled the last byte is one.
+    static bool isEnded(const char* text, size_t size) { return text[size - 1] == '\0'; }
 };
 
 /// What the paths through a type's fields can need at most.
@@ -104,15 +118,15 @@ constexpr PathLimits pathLimits() {
 
 // --- Checking -----------------------------------------------------------------------------------
 
-template <class Record>
+template <class Record, class Trail>
 int validate(const char* record, Trail& trail);
-template <class Record>
+template <class Record, class Trail>
 int validateFields(const char* record, Trail& trail);
-template <class Union>
+template <class Union, class Trail>
 int validateMember(const char* value, long long selector, Trail& trail);
 
 /// What encoding the field would give; on failure the field is added to the trail.
-template <class Field>
+template <class Field, class Trail>
 ZRP_INLINE int validateField(Field field, const char* record, Trail& trail) {
     using Type = typename Field::type;
     if constexpr (!fieldCanFail<Field>()) {
@@ -121,12 +135,9 @@ ZRP_INLINE int validateField(Field field, const char* record, Trail& trail) {
         const char* const at = record + field.offset();
         int result = 0;
         if constexpr (Field::kind() == Kind::text) {
-            // Any NUL will do, and where a record was zeroed before it was filled the last byte is
-            // one.
-            constexpr size_t size = Field::capacity();
-            result = at[size - 1] == '\0' || memchr(at, '\0', size - 1) != nullptr
-                         ? 0
-                         : int{Quorva::BRX_ERR_TEXT_TOO_LONG};
+            if (!Trail::isEnded(at, field.capacity())) {
+                result = Quorva::BRX_ERR_TEXT_TOO_LONG;
+            }
         } else if constexpr (Field::kind() == Kind::selectedUnion) {
             result =
                 validateMember<Type>(at, static_cast<long long>(field.governor(record)), trail);
@@ -141,7 +152,7 @@ ZRP_INLINE int validateField(Field field, const char* record, Trail& trail) {
             }
             if constexpr (Field::kind() == Kind::structure) {
                 // A call costs as much as looking at a single field.
-                constexpr bool isInline = Field::isHot || failingFields<Type> <= 1;
+                constexpr bool isInline = std::is_same_v<Trail, Glance> || failingFields<Type> <= 1;
                 if (result == 0) {
                     result = isInline ? validateFields<Type>(at, trail) : validate<Type>(at, trail);
                 }
@@ -154,19 +165,19 @@ ZRP_INLINE int validateField(Field field, const char* record, Trail& trail) {
     }
 }
 
-template <class Record, size_t... Index>
+template <class Record, class Trail, size_t... Index>
 ZRP_INLINE int validateFields(const char* record, Trail& trail, std::index_sequence<Index...>) {
     int result = 0;
     (void)(((result = validateField(Field<Record, Index>{}, record, trail)) == 0) && ...);
     return result;
 }
 
-template <class Record>
+template <class Record, class Trail>
 ZRP_INLINE int validateFields(const char* record, Trail& trail) {
     return validateFields<Record>(record, trail, FieldIndices<Record>{});
 }
 
-template <class Union>
+template <class Union, class Trail>
 ZRP_INLINE int validateMember(const char* value, long long selector, Trail& trail) {
     return withMember<Union>(
         selector,
@@ -175,26 +186,36 @@ ZRP_INLINE int validateMember(const char* value, long long selector, Trail& trai
 }
 
 /// The same out of line.
-template <class Record>
+template <class Record, class Trail>
 int validate(const char* record, Trail& trail) {
     return validateFields<Record>(record, trail);
 }
 
-/// Runs `check(trail)` and writes the trail it leaves.
+/// Runs `check(trail)` and writes the trail it leaves, an empty path for none.
+template <class Check>
+[[gnu::noinline]] int validateAndExplain(char* path, size_t pathSize, Check check) {
+    Trail trail;
+    const int result = check(trail);
+    if (path != nullptr && pathSize != 0) {
+        trail.write(path, pathSize);
+    }
+    return result;
+}
+
+/// The same, at a glance where all is well.
 template <class Message, class Check>
 ZRP_INLINE int validateMessage(char* path, size_t pathSize, Check check) {
     static_assert(pathLimits<Message>().depth <= Trail::capacity &&
                       pathLimits<Message>().size < ZRP_PATH_SIZE,
                   "every path fits");
-    Trail trail;
-    const int result = check(trail);
+    Glance glance;
+    if (check(glance) != 0) {
+        return validateAndExplain(path, pathSize, check);
+    }
     if (path != nullptr && pathSize != 0) {
         path[0] = '\0';
-        if (result != 0) {
-            trail.write(path, pathSize);
-        }
     }
-    return result;
+    return 0;
 }
 
 }  // namespace quorva_zrp::codec
