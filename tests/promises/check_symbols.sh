@@ -28,8 +28,8 @@ fail() {
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# What the library may call. __mingw_vsnprintf is vsnprintf on Windows. The _chk forms are the same functions in a hardened build, where
-# __stack_chk_fail ends a program whose stack was overrun.
+# What the library may call. __mingw_vsnprintf is vsnprintf on Windows. The _chk forms are the same
+# functions in a hardened build, where __stack_chk_fail ends a program whose stack was overrun.
 cat >"$work/allowed" <<'LIST'
 memchr
 memcmp

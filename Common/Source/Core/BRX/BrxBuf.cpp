@@ -22,6 +22,10 @@ void invariantFailed(const char* operation, int line) {
     __assert_fail(expression, path, static_cast<unsigned>(line), operation);
 #elif defined(__APPLE__)
     __assert_rtn(operation, path, line, expression);
+#elif defined(_WIN32)
+    (void)operation;  // the handler of this platform has no place for it
+    _assert(expression, path, static_cast<unsigned>(line));
+    __builtin_unreachable();
 #else
     fprintf(stderr, "%s:%d: %s: assertion \"%s\" failed\n", path, line, operation, expression);
     abort();
