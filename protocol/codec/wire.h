@@ -244,12 +244,7 @@ inline auto toVarint(Integer value) {
 template <uint32_t Number, bool Varint, size_t Slack, class Integer>
 ZRP_INLINE char* storeInteger(char* to, Integer value) {
     using Tag = TagBytes<makeTag(Number, wireTypeOf<Integer>(Varint))>;
-    if constexpr (sizeof(Integer) == 1) {
-        storeLowFirst<Tag::size + 1, Slack>(
-            to, Tag::packed() | static_cast<uint64_t>(static_cast<uint8_t>(value))
-                                    << (Tag::size * 8));
-        return to + Tag::size + 1;
-    } else if constexpr (Varint) {
+    if constexpr (Varint && sizeof(Integer) > 1) {
         return storeVarintField<makeTag(Number, wireVarint), Slack>(to, toVarint(value));
     } else {
         Tag::template store<sizeof(Integer)>(to);
