@@ -42,7 +42,7 @@ esac
 configure() {
     local folder=$1 compiler=$2 char=$3 options=$4
     local arguments=(-DCMAKE_BUILD_TYPE=Release -DQUORVA_ZRP_WERROR=ON -DQUORVA_ZRP_EXAMPLES=OFF
-        -DQUORVA_ZRP_WHOLE_TESTS=ON)
+        -DQUORVA_ZRP_WHOLE_TESTS=ON -DQUORVA_ZRP_ONLY_BUILD_TESTS=ON)
     case $compiler in
         *.cmake) arguments+=("-DCMAKE_TOOLCHAIN_FILE=$PWD/cmake/toolchains/$compiler") ;;
         *) arguments+=("-DCMAKE_CXX_COMPILER=$compiler") ;;
