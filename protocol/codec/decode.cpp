@@ -107,7 +107,7 @@ const char* untilOf(const Level& level, const Input& input) {
 void enter(Level*& level, char*& value, QuickSource& source) {
     const FieldData& field = *source.entered;
     const auto index = static_cast<uint8_t>(&field - level->table().begin());
-    const uint64_t end = source.input.offsetOf(source.at) + source.enteredLength;
+    const uint64_t end = source.input.endOf(source.at, source.enteredLength);
     *++level = {end, 0, 0, field.nestedType, index};
     value += field.offset();
     source.until = untilOf(*level, source.input);

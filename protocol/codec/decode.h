@@ -267,9 +267,8 @@ ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>&
             }
             source.input().isSurprising = true;
         }
-        const DecodeStep step =
-            decodeShared({typeIndex<Type>, Varint, 0}, nested, source.input(), source.at,
-                         source.input().offsetOf(source.at) + length);
+        const DecodeStep step = decodeShared({typeIndex<Type>, Varint, 0}, nested, source.input(),
+                                             source.at, source.input().endOf(source.at, length));
         if (step.result == 0) {
             governNested(field, record, step.number);
         }

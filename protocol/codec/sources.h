@@ -49,6 +49,9 @@ struct Input {
 
     size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
 
+    /// Where `length` bytes from `at` on would end. In 64 bits, so that no declared length wraps.
+    uint64_t endOf(const char* at, uint64_t length) const { return offsetOf(at) + length; }
+
   private:
     /// Before this point there is room for the longest varint.
     const char* sureVarintsBefore(const char* end) const {
