@@ -79,9 +79,8 @@ ZRP_SELDOM int decodeNextChecked(Level& level, char* value, QuickSource& quick, 
 
 /// Reads fields until one fails or is nested or the level ends.
 int decodeFields(Level& level, char* value, QuickSource& source) {
-    // Copies that nothing points at stay in registers.
     const TableData& table = level.table();
-    Level now = level;
+    Level now = level;  // a copy that nothing points at stays in registers
     int result = 0;
     source.entered = nullptr;
     do {
