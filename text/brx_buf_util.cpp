@@ -30,13 +30,13 @@ class Entry {
 
     void write(const char* text, size_t size) {
         if (result_ == 0) {
-            step(buf_.writeBytes(text, size));
+            result_ = buf_.writeBytes(text, size);
         }
     }
 
     void vformat(const char* pattern, va_list arguments) BRX_PRINTF_LIKE(2, 0) {
         if (result_ == 0) {
-            step(buf_.vtextize(pattern, arguments));
+            result_ = buf_.vtextize(pattern, arguments);
         }
     }
 
@@ -52,7 +52,7 @@ class Entry {
     /// The separator and an uncounted NUL; returns the result of the whole entry.
     int32_t finish(char separator) {
         if (result_ == 0) {
-            step(buf_.writeCharWithNull(separator));
+            result_ = buf_.writeCharWithNull(separator);
         }
         return finish();
     }
@@ -69,23 +69,18 @@ class Entry {
     }
 
   private:
-    void step(int32_t result) {
-        if (result_ == 0) {
-            result_ = result;
-        }
-    }
-
     void writeBlanks(int indent) {
         if (indent <= 0) {
             return;
         }
         const uint64_t blanks = static_cast<uint64_t>(indent) * blanksPerLevel;
         const size_t from = buf_.position;
+        // unreachable: only where size_t has 32 bits
         if (blanks > SIZE_MAX) {
-            step(BRX_ERR_NO_ROOM);
+            result_ = BRX_ERR_NO_ROOM;
             return;
         }
-        step(buf_.reserve(static_cast<size_t>(blanks)));
+        result_ = buf_.reserve(static_cast<size_t>(blanks));
         if (result_ == 0) {
             memset(buf_.beginPtr + from, ' ', static_cast<size_t>(blanks));
         }

@@ -111,9 +111,9 @@ ZRP_INLINE bool takeInteger(Span& from, uint32_t& value) {
 template <bool Varint, size_t... Index>
 ZRP_INLINE bool takeBase(Span& from, const char* inputEnd, uint32_t& command,
                          std::index_sequence<Index...>) {
+    constexpr size_t largest = Fields<TZRPBase>::largestBody(Varint);
     Span base{};
-    if (!takeNested<BaseField>(from, base) ||
-        static_cast<size_t>(inputEnd - base.at) < Fields<TZRPBase>::largestBody(Varint)) {
+    if (!takeNested<BaseField>(from, base) || static_cast<size_t>(inputEnd - base.at) < largest) {
         return false;
     }
     uint32_t values[sizeof...(Index)]{};

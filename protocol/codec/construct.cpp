@@ -8,6 +8,7 @@ namespace {
 
 void constructField(const FieldData& field, char* record) {
     char* const at = record + field.offset();
+    // unreachable: every kind has its case
     switch (field.kind()) {
         case Kind::integer:
             (void)field.withIntegerType([&]<class Integer>(Integer) {

@@ -274,7 +274,7 @@ ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>&
         }
         return goOn(source, step);
     } else {
-        return 0;
+        return 0;  // unreachable: decodeField calls this for structures and unions only
     }
 }
 

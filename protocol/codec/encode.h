@@ -123,7 +123,7 @@ template <class Field, bool Varint>
 ZRP_INLINE int encodeStructure(Field, const char* nested, UncheckedSink<Varint>& sink) {
     using Type = typename Field::type;
     if constexpr (Field::kind() != Kind::structure) {
-        return 0;
+        return 0;  // unreachable: encodeDelimitedValue calls this for structures only
     } else if constexpr (!isStraightInside<Type>) {
         return goOn(sink, encodeShared(typeIndex<Type>, nested, 0, sink.at, Varint));
     } else if constexpr (Field::isHot) {
@@ -138,7 +138,7 @@ ZRP_INLINE int encodeUnion(Field, const char* nested, long long selector,
                            UncheckedSink<Varint>& sink) {
     using Type = typename Field::type;
     if constexpr (Field::kind() != Kind::selectedUnion) {
-        return 0;
+        return 0;  // unreachable: encodeDelimitedValue calls this for unions only
     } else if constexpr (!isStraightInside<Type>) {
         return goOn(sink, encodeShared(typeIndex<Type>, nested, selector, sink.at, Varint));
     } else if constexpr (Field::isHot) {

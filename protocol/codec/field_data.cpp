@@ -108,10 +108,11 @@ const FieldData* TableData::search(uint32_t number) const {
     if (number > (end() - 1)->fieldNumber) {
         return nullptr;  // as unknown fields are, most times
     }
+    // There is one: the last field's number is at least as large.
     const FieldData* const field = std::lower_bound(
         begin(), end(), number,
         [](const FieldData& before, uint32_t wanted) { return before.fieldNumber < wanted; });
-    return field != end() && field->fieldNumber == number ? field : nullptr;
+    return field->fieldNumber == number ? field : nullptr;
 }
 
 }  // namespace quorva_zrp::codec

@@ -58,7 +58,6 @@ struct FieldData {
     bool integerIsSigned;
     char defaultText[longestDefaultText];  ///< what construct() gives a text
 
-    uint32_t number() const { return fieldNumber; }
     size_t offset() const { return fieldOffset; }
     Kind kind() const { return fieldKind; }
     size_t capacity() const { return elements; }
@@ -84,6 +83,7 @@ struct FieldData {
                 return store(to, static_cast<uint8_t>(value));
             case 2:
                 return store(to, static_cast<uint16_t>(value));
+            // unreachable: 4 bytes count what lies behind a record, of which nothing is stored
             default:
                 return store(to, static_cast<uint32_t>(value));
         }

@@ -99,7 +99,8 @@ class PredictingSource {
         const auto isNext = [&]<class Field>(Field) ZRP_INLINE_LAMBDA {
             using Tag = wire::TagBytes<Field::tag(Varint)>;
             const bool is = Tag::template isAt<leastValue<Field>()>(at + offset);
-            offset += Field::smallestSize(Varint);
+            constexpr size_t taken = Field::smallestSize(Varint);
+            offset += taken;
             return is;
         };
         if (!(isNext(Run{}) && ...)) {
@@ -126,7 +127,7 @@ class PredictingSource {
             }
             return moveTo(end);
         } else {
-            return 0;
+            return 0;  // unreachable: decodeField calls this for integers only
         }
     }
 

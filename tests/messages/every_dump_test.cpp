@@ -147,6 +147,15 @@ TYPED_TEST(EveryUnionDump, PrintsNothingForASelectorWithoutMember) {
     }
 }
 
+TYPED_TEST(EveryUnionDump, PrintsNothingForTheLargestSelectorsOf32Bits) {
+    const TypeParam object = made<TypeParam>();
+    for (long long selector = 0xFFFFFFE0; selector <= 0xFFFFFFFF; ++selector) {
+        const Dump printed = dumpMember(selector, object);
+        EXPECT_EQ(printed.result, 0) << selector;
+        EXPECT_EQ(printed.calls, Calls{}) << selector;
+    }
+}
+
 TYPED_TEST(EveryUnionDump, RefusesANullBuffer) {
     const TypeParam object = made<TypeParam>();
     size_t used = notStored;

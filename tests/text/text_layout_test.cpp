@@ -124,6 +124,7 @@ TEST(TextLayout, ATextCannotSmuggleControlsAsUtf8) {
     EXPECT_EQ(printedText("\xe0\x9f\xbf"), "[szText] \"\\xe0\\x9f\\xbf\"\n");  // overlong
     EXPECT_EQ(printedText("\xed\xa0\x80"), "[szText] \"\\xed\\xa0\\x80\"\n");  // surrogate
     EXPECT_EQ(printedText("\xf4\x90\x80\x80"), "[szText] \"\\xf4\\x90\\x80\\x80\"\n");
+    EXPECT_EQ(printedText("\xfc\x80\x80\x80"), "[szText] \"\\xfc\\x80\\x80\\x80\"\n");
     EXPECT_EQ(printedText("\xff"), "[szText] \"\\xff\"\n");
     EXPECT_EQ(printedText("\xe4\xbd"), "[szText] \"\\xe4\\xbd\"\n");  // cut short
 }

@@ -147,6 +147,9 @@ TEST(ValidateSelectors, OfAUnionOnItsOwnAreNotFoundOnAPath) {
     for (const long long selector : {-1LL, 4LL, 0x100000000LL, 0x100000001LL, LLONG_MIN}) {
         EXPECT_EQ(badSelector(""), verdictOn(value, selector)) << selector;
     }
+    for (long long selector = 0xFFFFFFE0; selector <= 0xFFFFFFFF; ++selector) {
+        EXPECT_EQ(badSelector(""), verdictOn(value, selector)) << selector;
+    }
 }
 
 TEST(ValidateSelectors, LeadThePathIntoTheMemberTheyName) {
