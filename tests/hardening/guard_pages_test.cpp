@@ -13,11 +13,13 @@ TEST(GuardPages, BoundEverything) {
 
 #include <string.h>
 
+#include "protocol/quorva_zrp.h"
 #include "tests/differential/effort.h"
 #include "tests/differential/subject.h"
 #include "tests/differential/wire_generator.h"
 #include "tests/hardening/guarded_memory.h"
 #include "tests/oracle/oracle.h"
+#include "tests/support/bytes.h"
 
 namespace zrp_test {
 
@@ -96,6 +98,22 @@ class GuardPages : public testing::TestWithParam<TypePair> {
 };
 
 }  // namespace
+
+// The last group has all its bits, the sign of a varint's end aside, and nothing lies behind it:
+// the field that follows was left out.
+TEST(GuardPagesBehind, AVarintWhoseLastGroupIsFullAreNotRead) {
+    const Bytes bytes =
+        hex("AA 00 00 00 40"
+            "15 00 00 00 16 10 00 20 00 30 00 40 93 80 01 50 00 61 00 70 00 80 01 00 90 01 00"
+            "25 00 00 00 1B B5 82 10 00 00 00 14 11 00 21 00 31 02 45 00 00 00 09"
+            "25 00 00 00 04 10 FF FF 7F");
+    const GuardedMemory memory(bytes.size(), GuardedMemory::Access::readOnly);
+    quorva_zrp::TZRPHead head = quorva_zrp::TZRPHead();
+    size_t used = 0;
+    EXPECT_EQ(head.unpackTLV(memory.placeAtEnd(bytes), bytes.size(), &used), 0);
+    EXPECT_EQ(used, bytes.size());
+    EXPECT_EQ(head.stExtend.stData.stRouteInfo.stSpecifyServer.ullServerID, 2097151u);
+}
 
 TEST_P(GuardPages, BoundEveryTruncationOfAReadOnlyInput) {
     const Bytes before(recordSize(GetParam()), '\xA5');
