@@ -56,14 +56,18 @@ fi
 
 failed=0
 frames=(M2 M3 M4 M6)
-"$here/instructions.sh" "$build" "${frames[@]/#/validate/}" "${frames[@]/#/decode/}" |
+cases=()
+for frame in "${frames[@]}"; do
+    cases+=("validate/$frame/zrp" "decode/$frame/zrp-fixed") # the cheaper flavour
+done
+"$here/instructions.sh" "$build" "${cases[@]}" |
     awk -v frames="${frames[*]}" '
         { measured[$1] = $2 }
         END {
             split(frames, names, " ")
             for (i in names) {
                 validate = measured["validate/" names[i] "/zrp"]
-                decode = measured["decode/" names[i] "/zrp-fixed"] # the cheaper flavour
+                decode = measured["decode/" names[i] "/zrp-fixed"]
                 if (!validate || !decode || validate * 10 > decode) {
                     printf "guard: validating %s takes %d instructions, decoding it %d\n", names[i], validate, decode
                     failed = 1

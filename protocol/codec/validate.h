@@ -37,10 +37,6 @@ constexpr size_t countFailing(std::index_sequence<Index...>) {
     return (size_t{0} + ... + (fieldCanFail<Field<Message, Index>>() ? 1 : 0));
 }
 
-/// How many fields of a type can fail.
-template <class Message>
-constexpr size_t failingFields = countFailing<Message>(FieldIndices<Message>{});
-
 // --- The way to it ------------------------------------------------------------------------------
 
 /// The fields from the one that is to blame outwards, each by its label.
@@ -118,16 +114,17 @@ constexpr PathLimits pathLimits() {
 
 // --- Checking -----------------------------------------------------------------------------------
 
-template <class Record, class Trail>
-int validate(const char* record, Trail& trail);
-template <class Record, class Trail>
-int validateFields(const char* record, Trail& trail);
-template <class Union, class Trail>
-int validateMember(const char* value, long long selector, Trail& trail);
+template <class Record, class Notes>
+int validate(const char* record, Notes& notes);
+template <class Record, class Notes>
+int validateFields(const char* record, Notes& notes);
+template <class Union, class Notes>
+int validateMember(const char* value, long long selector, Notes& notes);
 
-/// What encoding the field would give; on failure the field is added to the trail.
-template <class Field, class Trail>
-ZRP_INLINE int validateField(Field field, const char* record, Trail& trail) {
+/// What encoding the field would give; on failure the field is added to the notes, which are a
+/// Trail or a Glance.
+template <class Field, class Notes>
+ZRP_INLINE int validateField(Field field, const char* record, Notes& notes) {
     using Type = typename Field::type;
     if constexpr (!fieldCanFail<Field>()) {
         return 0;
@@ -135,12 +132,12 @@ ZRP_INLINE int validateField(Field field, const char* record, Trail& trail) {
         const char* const at = record + field.offset();
         int result = 0;
         if constexpr (Field::kind() == Kind::text) {
-            if (!Trail::isEnded(at, field.capacity())) {
+            if (!Notes::isEnded(at, field.capacity())) {
                 result = Quorva::BRX_ERR_TEXT_TOO_LONG;
             }
         } else if constexpr (Field::kind() == Kind::selectedUnion) {
             result =
-                validateMember<Type>(at, static_cast<long long>(field.governor(record)), trail);
+                validateMember<Type>(at, static_cast<long long>(field.governor(record)), notes);
         } else {
             if constexpr (Field::isGoverned()) {
                 const uint64_t count = field.governor(record);
@@ -151,44 +148,43 @@ ZRP_INLINE int validateField(Field field, const char* record, Trail& trail) {
                 }
             }
             if constexpr (Field::kind() == Kind::structure) {
-                // A call costs as much as looking at a single field.
-                constexpr bool isInline = std::is_same_v<Trail, Glance> || failingFields<Type> <= 1;
+                constexpr bool isInline = std::is_same_v<Notes, Glance>;  // which calls nothing
                 if (result == 0) {
-                    result = isInline ? validateFields<Type>(at, trail) : validate<Type>(at, trail);
+                    result = isInline ? validateFields<Type>(at, notes) : validate<Type>(at, notes);
                 }
             }
         }
         if (result != 0) {
-            trail.add(Field::label);
+            notes.add(Field::label);
         }
         return result;
     }
 }
 
-template <class Record, class Trail, size_t... Index>
-ZRP_INLINE int validateFields(const char* record, Trail& trail, std::index_sequence<Index...>) {
+template <class Record, class Notes, size_t... Index>
+ZRP_INLINE int validateFields(const char* record, Notes& notes, std::index_sequence<Index...>) {
     int result = 0;
-    (void)(((result = validateField(Field<Record, Index>{}, record, trail)) == 0) && ...);
+    (void)(((result = validateField(Field<Record, Index>{}, record, notes)) == 0) && ...);
     return result;
 }
 
-template <class Record, class Trail>
-ZRP_INLINE int validateFields(const char* record, Trail& trail) {
-    return validateFields<Record>(record, trail, FieldIndices<Record>{});
+template <class Record, class Notes>
+ZRP_INLINE int validateFields(const char* record, Notes& notes) {
+    return validateFields<Record>(record, notes, FieldIndices<Record>{});
 }
 
-template <class Union, class Trail>
-ZRP_INLINE int validateMember(const char* value, long long selector, Trail& trail) {
+template <class Union, class Notes>
+ZRP_INLINE int validateMember(const char* value, long long selector, Notes& notes) {
     return withMember<Union>(
         selector,
-        [&](auto member) ZRP_INLINE_LAMBDA { return validateField(member, value, trail); },
+        [&](auto member) ZRP_INLINE_LAMBDA { return validateField(member, value, notes); },
         [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
 }
 
 /// The same out of line.
-template <class Record, class Trail>
-int validate(const char* record, Trail& trail) {
-    return validateFields<Record>(record, trail);
+template <class Record, class Notes>
+int validate(const char* record, Notes& notes) {
+    return validateFields<Record>(record, notes);
 }
 
 /// Runs `check(trail)` and writes the trail it leaves, an empty path for none.
