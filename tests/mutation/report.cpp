@@ -85,10 +85,12 @@ std::string format(const char* how, Argument... argument) {
 }
 
 std::string scoreLine(const char* of, const Counts& counts) {
+    if (counts.mutants == 0) {
+        return format("%s: none was tried\n", of);
+    }
     return format(
         "%s: %zu mutants, %zu killed; of the rest %zu are the same, %zu slower, %zu have no "
-        "reason: "
-        "%.2f %%\n",
+        "reason: %.2f %%\n",
         of, counts.mutants, counts.mutants - counts.survivors, counts.same, counts.slower,
         counts.survivors - counts.same - counts.slower, 100 * counts.score());
 }

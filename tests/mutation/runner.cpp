@@ -53,6 +53,13 @@ struct Options {
     std::string compiler = "clang++-19";
 };
 
+unsigned numberFrom(const std::string& option, const std::string& word) {
+    if (!std::regex_match(word, std::regex("[1-9][0-9]{0,8}"))) {
+        throw std::runtime_error(option + " takes a positive number, not '" + word + "'");
+    }
+    return static_cast<unsigned>(std::stoul(word));
+}
+
 Options optionsFrom(int argc, char** argv) {
     Options options{argv[1], argv[2]};
     for (int i = 3; i < argc; ++i) {
@@ -70,7 +77,7 @@ Options optionsFrom(int argc, char** argv) {
             options.programs = value();
         } else if (word == "--only") {
             options.isWhole = false;
-            options.only = static_cast<unsigned>(std::stoul(value()));
+            options.only = numberFrom(word, value());
         } else if (word == "--list") {
             options.list = true;
         } else if (word == "--again") {
@@ -78,7 +85,7 @@ Options optionsFrom(int argc, char** argv) {
         } else if (word == "--no-builds") {
             options.apart = false;
         } else if (word == "--sample") {
-            options.sample = std::stoul(value());
+            options.sample = numberFrom(word, value());
         } else {
             throw std::runtime_error("unknown option " + word);
         }
