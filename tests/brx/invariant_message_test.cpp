@@ -4,6 +4,7 @@
 
 #include "tests/brx/any_message.h"
 #include "tests/brx/invariant_report.h"
+#include "tests/support/bytes.h"
 #include "tests/support/recorder.h"
 
 namespace zrp_test {
@@ -63,6 +64,15 @@ TEST_P(BrokenBufferDeathTest, DecodingReportsTheReadOfTheFirstTag) {
                 "readVarUInt32", 980);
         }
     }
+}
+
+// Straight-line code takes fields without looking at the buffer again.
+TEST(BrokenBaseHeaderDeathTest, DecodingTakesNoFieldsFromBehindTheLength) {
+    const Bytes bytes = hex("00 10 05 20 06 30 07");
+    quorva_zrp::TZRPBase base{};
+    BrxReadBuf buf(bytes.data(), 0);
+    buf.position = 1;
+    EXPECT_BROKEN_INVARIANT(base.unpackTLVWithVarint(buf, 6), "readVarUInt32", 980);
 }
 
 class BrokenBuffer : public testing::TestWithParam<MessageType> {};

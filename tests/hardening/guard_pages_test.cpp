@@ -210,6 +210,39 @@ TEST_P(GuardPages, BoundEveryDump) {
     });
 }
 
+// --- In front of the input ----------------------------------------------------------------------
+
+TEST(GuardPagesInFront, OfNoBytesOfFieldsAreNotRead) {
+    const Bytes bytes = hex("10 05");
+    const GuardedMemory memory(bytes.size(), GuardedMemory::Access::readOnly);
+    const char* const from = memory.placeAtBegin(bytes);
+    quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
+    for (const bool varint : {true, false}) {
+        Quorva::BrxReadBuf none(from, bytes.size());
+        EXPECT_EQ(0, varint ? base.unpackTLVWithVarint(none, 0) : base.unpackTLVNoVarint(none, 0));
+        EXPECT_EQ(0U, none.getUsedSize());
+        EXPECT_EQ(0U, base.presence);
+    }
+    // As many as can be declared: one field, then nothing is left.
+    Quorva::BrxReadBuf all(from, bytes.size());
+    EXPECT_EQ(-2, base.unpackTLVWithVarint(all, SIZE_MAX));
+    EXPECT_EQ(2U, all.getUsedSize());
+    EXPECT_EQ(5, base.wMagic);
+}
+
+TEST(GuardPagesInFront, OfATotalBelowThatOfTheEnvelopeAreNotRead) {
+    const GuardedMemory memory(5, GuardedMemory::Access::readOnly);
+    for (const char* const magic : {"AA", "99"}) {
+        for (const char* const total : {"00", "01", "02", "03", "04"}) {
+            const Bytes bytes = hex(std::string(magic) + "00 00 00" + total);
+            quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
+            size_t used = 0;
+            EXPECT_EQ(-34, base.unpackTLV(memory.placeAtBegin(bytes), bytes.size(), &used));
+            EXPECT_EQ(5U, used);
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Of, GuardPages, testing::ValuesIn(typePairs()),
                          testing::PrintToStringParamName());
 

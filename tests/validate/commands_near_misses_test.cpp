@@ -27,6 +27,7 @@ const std::string otherBody = "25 00 00 00 07 A5 80 0C 00 00 00 00";
 /// A whole authentication request. What is left empty is as an encoder writes it.
 struct Frame {
     std::string stamp{};        ///< instead of the timestamp in the base header
+    std::string headLength{};   ///< instead of the length of the head there, with varints
     std::string inBase{};       ///< behind the fields of the base header
     std::string inExtension{};  ///< behind the member of the extension
     std::string inHead{};       ///< behind the extension
@@ -38,8 +39,9 @@ struct Frame {
         const std::string before =
             varint ? "10 00 20 00 30 00 40 81 40" : "12 00 00 22 00 00 32 00 00 42 20 01";
         const std::string usual = varint ? "50 00" : "53 00 00 00 00";
+        const std::string length = headLength.empty() ? "80 01 00" : headLength;
         const std::string after = varint
-                                      ? "61 00 70 00 80 01 00 90 01 00"
+                                      ? "61 00 70 00" + length + "90 01 00"
                                       : "61 00 73 00 00 00 00 83 01 00 00 00 00 93 01 00 00 00 00";
         const std::string base =
             delimited("15", before + (stamp.empty() ? usual : stamp) + after + inBase);
@@ -116,8 +118,26 @@ TEST(CommandsOfOverlargeIntegers, FailWhereAnIntegerOfTheBaseHeaderIsTooLarge) {
     Frame frame;
     frame.stamp = "50 FF FF FF FF 0F";
     EXPECT_EQ(0, frame.commands(true));
-    frame.stamp = "50 FF FF FF FF 1F";
-    EXPECT_EQ(-2, frame.commands(true));
+    for (const char* const tooLarge : {"50 FF FF FF FF 1F", "50 80 80 80 80 10"}) {
+        frame.stamp = tooLarge;
+        EXPECT_EQ(-2, frame.commands(true)) << tooLarge;
+    }
+}
+
+// Five groups of 32 bits that go on: the next tag, 61, is the last group. From there on all is read
+// one byte too late: four fields of number 0, the last of which ends behind the base header.
+TEST(CommandsOfOverlongIntegers, FailWhereTheLastGroupIsWhatWasTheNextTag) {
+    Frame frame;
+    frame.stamp = "50 80 80 80 80 80";
+    EXPECT_EQ(-34, frame.commands(true));
+}
+
+// 80 84 00 is a tag, that of a field 32 whose value is 90 01; the 00 behind is a tag, too, whose
+// value lies behind the base header.
+TEST(CommandsOfOverlongTags, FailWhereATagGoesOnAfterTwoBytes) {
+    Frame frame;
+    frame.headLength = "80 84 00";
+    EXPECT_EQ(-34, frame.commands(true));
 }
 
 // In memory that ends where the frame ends: a sanitizer sees what is read behind it.

@@ -142,6 +142,16 @@ TEST(CommandsOfInFrame, MayBeNumbersThatAreNoCommand) {
               inFrame(frame("15 00 00 00 02 40 05 25 00 00 00 02 51 00", "25 00 00 00 02 51 00")));
 }
 
+TEST(CommandsOfInFrame, MayBeTheLargestNumber) {
+    // 40 FF FF 03 in the base header, F1 FF 3F 00 in both unions: number 65,535.
+    const std::string largest = "25 00 00 00 04 F1 FF 3F 00";
+    ZRPCommands commands{};
+    EXPECT_EQ(0, inFrame(frame("15 00 00 00 04 40 FF FF 03" + largest, largest), &commands));
+    EXPECT_EQ(65535u, commands.base);
+    EXPECT_EQ(65535u, commands.extension);
+    EXPECT_EQ(65535u, commands.body);
+}
+
 // The rest of a union is read by what holds it, as its own fields: here a second extension.
 TEST(CommandsOfInFrame, AreFollowedThroughUnionsThatHoldMore) {
     ZRPCommands commands{};
@@ -180,6 +190,28 @@ TEST(CommandsOfHead, CompareBaseHeaderAndExtension) {
     EXPECT_EQ(4097u, commands.base);
     EXPECT_EQ(8193u, commands.extension);
     EXPECT_FALSE(commands.hasBody);
+}
+
+// 81 80 00 is the tag of member 0 in as many bytes as those of the other members.
+TEST(CommandsOfHead, AreNoneInABaseHeaderThatIsMissing) {
+    const std::string extensionNull = "25 00 00 00 04  81 80 00 00";
+    const Bytes missing = message("AA", hex(extensionNull));
+    ZRPCommands commands{};
+    EXPECT_EQ(0, commandsOfHead(missing.data(), missing.size(), &commands));
+    EXPECT_FALSE(commands.hasBase);
+    EXPECT_TRUE(commands.hasExtension);
+    EXPECT_EQ(0u, commands.extension);
+
+    const Bytes different = message("AA", hex(baseSyn + extensionNull));
+    EXPECT_EQ(ZRP_DIFFER_BASE_EXTENSION,
+              commandsOfHead(different.data(), different.size(), &commands));
+
+    // With as much behind it as the largest base header takes.
+    const Bytes empty = frame("15 00 00 00 00" + extensionNull,
+                              "25 00 00 00 30" + std::string(size_t{2} * 0x30, '0'));
+    EXPECT_EQ(0, commandsOfFrame(empty.data(), empty.size(), &commands));
+    EXPECT_FALSE(commands.hasBase);
+    EXPECT_TRUE(commands.hasExtension);
 }
 
 TEST(CommandsOfAnything, RefuseWhatCannotBeFollowed) {

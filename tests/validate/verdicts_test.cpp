@@ -95,6 +95,14 @@ TEST(ValidateTexts, NeedANulAnywhereWithinTheirCapacity) {
     }
 }
 
+TEST(ValidateTexts, NeedANulWhateverElseTheyHold) {
+    SpecifyNameRouteInfo route = constructed<SpecifyNameRouteInfo>();
+    for (int character = 1; character < 256; ++character) {
+        memset(route.szServiceName, character, sizeof(route.szServiceName));
+        EXPECT_EQ(unterminated("szServiceName"), verdictOn(route)) << character;
+    }
+}
+
 TEST(ValidateTexts, AreLookedAtInTheOrderOfTheirFields) {
     TZRPAuthReqBody request = constructed<TZRPAuthReqBody>();
     overfill(request.stOAuthData.szExtend);
