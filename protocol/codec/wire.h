@@ -73,20 +73,15 @@ ZRP_INLINE void storeLowFirst(char* to, uint64_t bytes) {
 }
 
 /// The `Size` bytes at `from` as a number, the first one lowest. `Slack` bytes behind them may be
-/// read.
+/// read: enough for one load.
 template <size_t Size, size_t Slack = 0>
 ZRP_INLINE uint64_t loadLowFirst(const char* from) {
-    static_assert(Size >= 1 && Size <= 8);
     constexpr size_t whole = std::bit_ceil(Size);
-    if constexpr (whole - Size <= Slack) {
-        using Word = UnsignedOf<whole>;
-        const Word word = load<Word>(from);
-        return (std::endian::native == std::endian::little ? word : swapBytes(word)) &
-               UINT64_MAX >> (64 - Size * 8);
-    } else {
-        constexpr size_t head = whole / 2;
-        return loadLowFirst<head>(from) | loadLowFirst<Size - head>(from + head) << (head * 8);
-    }
+    static_assert(Size >= 1 && whole <= 8 && whole - Size <= Slack);
+    using Word = UnsignedOf<whole>;
+    const Word word = load<Word>(from);
+    return (std::endian::native == std::endian::little ? word : swapBytes(word)) &
+           UINT64_MAX >> (64 - Size * 8);
 }
 
 // --- Tags ---------------------------------------------------------------------------------------
