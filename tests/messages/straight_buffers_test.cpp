@@ -50,7 +50,7 @@ TEST_P(StraightBuffers, HoldAnEncodingBehindWhatTheyHeld) {
         EXPECT_EQ(0, base.result);
         EXPECT_EQ(size, base.used);
         EXPECT_EQ(toHex(expected), toHex(base.memory.data() + start, expected.size()));
-        EXPECT_EQ(Bytes(start, '\xA5'), Bytes(base.memory.begin(), base.memory.begin() + start));
+        EXPECT_EQ(Bytes(start, '\xA5'), Bytes(base.memory.data(), base.memory.data() + start));
         EXPECT_EQ('\xA5', base.memory[size]);
     }
 }
@@ -62,8 +62,7 @@ TEST_P(StraightBuffers, AreNotWrittenBehindTheirEnd) {
             const BaseInABuffer base(GetParam(), start, size);
             EXPECT_EQ(-1, base.result) << size;
             EXPECT_LE(base.used, size);
-            const Bytes behind(base.memory.begin() + static_cast<ptrdiff_t>(size),
-                               base.memory.end());
+            const Bytes behind(base.memory.data() + size, base.memory.data() + base.memory.size());
             EXPECT_EQ(Bytes(behind.size(), '\xA5'), behind) << size;
         }
     }

@@ -163,12 +163,17 @@ class Runner {
                                    reasons_.count(outcome_.names[i]) == 0);
     }
 
-    /// What no program met, or a sample of it.
+    /// What no program met, or a sample of it; and what survived without a reason, since the
+    /// compiler may evaluate it in other places.
     void chooseApart() {
         std::vector<size_t> unreached;
+        std::vector<size_t> survived;
         for (const size_t i : chosen_) {
-            if (outcome_.verdicts[i].kind == Verdict::unreached) {
+            const Verdict::Kind kind = outcome_.verdicts[i].kind;
+            if (kind == Verdict::unreached) {
                 unreached.push_back(i);
+            } else if (kind == Verdict::survived && reasons_.count(outcome_.names[i]) == 0) {
+                survived.push_back(i);
             }
         }
         chosen_.clear();
@@ -185,6 +190,11 @@ class Runner {
         }
         std::printf("%zu of %zu changes of what is evaluated by the compiler are built\n",
                     chosen_.size(), unreached.size());
+        if (options_.apart && !survived.empty()) {
+            std::printf("so are %zu survivors, which the compiler may evaluate as well\n",
+                        survived.size());
+            chosen_.insert(chosen_.end(), survived.begin(), survived.end());
+        }
     }
 
     void tryAll(bool apart) {
