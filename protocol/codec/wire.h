@@ -73,7 +73,7 @@ ZRP_INLINE void storeLowFirst(char* to, uint64_t bytes) {
 }
 
 /// The `Size` bytes at `from` as a number, the first one lowest. `Slack` bytes behind them may be
-/// read: enough for one load.
+/// read, enough to make it one load.
 template <size_t Size, size_t Slack = 0>
 ZRP_INLINE uint64_t loadLowFirst(const char* from) {
     constexpr size_t whole = std::bit_ceil(Size);

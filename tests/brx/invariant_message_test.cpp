@@ -68,11 +68,23 @@ TEST_P(BrokenBufferDeathTest, DecodingReportsTheReadOfTheFirstTag) {
 
 // Straight-line code takes fields without looking at the buffer again.
 TEST(BrokenBaseHeaderDeathTest, DecodingTakesNoFieldsFromBehindTheLength) {
-    const Bytes bytes = hex("00 10 05 20 06 30 07");
+    const Bytes bytes = hex("00 10 05 20 06 30 07 12 00 05 22 00 06 32 00 07");
     quorva_zrp::TZRPBase base{};
-    BrxReadBuf buf(bytes.data(), 0);
-    buf.position = 1;
-    EXPECT_BROKEN_INVARIANT(base.unpackTLVWithVarint(buf, 6), "readVarUInt32", 980);
+    BrxReadBuf varints(bytes.data(), 0);
+    varints.position = 1;
+    EXPECT_BROKEN_INVARIANT(base.unpackTLVWithVarint(varints, 6), "readVarUInt32", 980);
+    BrxReadBuf fixed(bytes.data(), 0);
+    fixed.position = 7;
+    EXPECT_BROKEN_INVARIANT(base.unpackTLVNoVarint(fixed, 9), "readVarUInt32", 980);
+}
+
+// As a pointer such a position would lie in front of the buffer, where fields are.
+TEST(BrokenBaseHeaderDeathTest, DecodingTakesNoFieldsFromInFrontOfTheBuffer) {
+    const Bytes bytes = hex("10 05");
+    quorva_zrp::TZRPBase base{};
+    BrxReadBuf buf(bytes.data() + 2, 0);
+    buf.position = SIZE_MAX - 1;
+    EXPECT_BROKEN_INVARIANT(base.unpackTLVWithVarint(buf, 1), "readVarUInt32", 980);
 }
 
 class BrokenBuffer : public testing::TestWithParam<MessageType> {};

@@ -210,41 +210,74 @@ TEST_P(GuardPages, BoundEveryDump) {
     });
 }
 
-// --- In front of the input ----------------------------------------------------------------------
+INSTANTIATE_TEST_SUITE_P(Of, GuardPages, testing::ValuesIn(typePairs()),
+                         testing::PrintToStringParamName());
+
+// --- Lengths that no encoder writes -------------------------------------------------------------
 
 TEST(GuardPagesInFront, OfNoBytesOfFieldsAreNotRead) {
     const Bytes bytes = hex("10 05");
     const GuardedMemory memory(bytes.size(), GuardedMemory::Access::readOnly);
-    const char* const from = memory.placeAtBegin(bytes);
-    quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
     for (const bool varint : {true, false}) {
-        Quorva::BrxReadBuf none(from, bytes.size());
-        EXPECT_EQ(0, varint ? base.unpackTLVWithVarint(none, 0) : base.unpackTLVNoVarint(none, 0));
-        EXPECT_EQ(0U, none.getUsedSize());
+        quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
+        base.presence = 1;
+        Quorva::BrxReadBuf buf(memory.placeAtBegin(bytes), bytes.size());
+        EXPECT_EQ(0, varint ? base.unpackTLVWithVarint(buf, 0) : base.unpackTLVNoVarint(buf, 0));
+        EXPECT_EQ(0U, buf.getUsedSize());
         EXPECT_EQ(0U, base.presence);
     }
-    // As many as can be declared: one field, then nothing is left.
-    Quorva::BrxReadBuf all(from, bytes.size());
-    EXPECT_EQ(-2, base.unpackTLVWithVarint(all, SIZE_MAX));
-    EXPECT_EQ(2U, all.getUsedSize());
+}
+
+TEST(GuardPagesInFront, OfTheLargestLengthAreNotRead) {
+    const Bytes bytes = hex("10 05");
+    const GuardedMemory memory(bytes.size(), GuardedMemory::Access::readOnly);
+    quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
+    Quorva::BrxReadBuf buf(memory.placeAtBegin(bytes), bytes.size());
+    EXPECT_EQ(-2, base.unpackTLVWithVarint(buf, SIZE_MAX));  // nothing is left after a field
+    EXPECT_EQ(2U, buf.getUsedSize());
     EXPECT_EQ(5, base.wMagic);
 }
 
 TEST(GuardPagesInFront, OfATotalBelowThatOfTheEnvelopeAreNotRead) {
-    const GuardedMemory memory(5, GuardedMemory::Access::readOnly);
+    const GuardedMemory memory(16, GuardedMemory::Access::readOnly);
     for (const char* const magic : {"AA", "99"}) {
         for (const char* const total : {"00", "01", "02", "03", "04"}) {
-            const Bytes bytes = hex(std::string(magic) + "00 00 00" + total);
-            quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
-            size_t used = 0;
-            EXPECT_EQ(-34, base.unpackTLV(memory.placeAtBegin(bytes), bytes.size(), &used));
-            EXPECT_EQ(5U, used);
+            Bytes bytes = hex(std::string(magic) + "00 00 00" + total);
+            for (; bytes.size() <= 16; bytes.push_back('\0')) {
+                quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
+                size_t used = 0;
+                EXPECT_EQ(-34, base.unpackTLV(memory.placeAtBegin(bytes), bytes.size(), &used));
+                EXPECT_EQ(5U, used);
+            }
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, GuardPages, testing::ValuesIn(typePairs()),
-                         testing::PrintToStringParamName());
+// A union always has a field, whatever is declared.
+TEST(GuardPagesBehind, AUnionWhoseTotalIsBelowThatOfTheEnvelopeAreNotRead) {
+    const GuardedMemory memory(5, GuardedMemory::Access::readOnly);
+    for (const char* const magic : {"AA", "99"}) {
+        for (const char* const total : {"00", "01", "02", "03", "04"}) {
+            const Bytes bytes = hex(std::string(magic) + "00 00 00" + total);
+            quorva_zrp::TZRPKeyReq request = quorva_zrp::TZRPKeyReq();
+            long long selector = 77;
+            size_t used = 0;
+            EXPECT_EQ(-2, request.unpackTLV(selector, memory.placeAtEnd(bytes), 5, &used));
+            EXPECT_EQ(5U, used);
+            EXPECT_EQ(77, selector);
+        }
+    }
+}
+
+// Only what is declared has to be there.
+TEST(GuardPagesBehind, AMessageAreNotReadWhateverTheSizeOfTheInput) {
+    const GuardedMemory memory(5, GuardedMemory::Access::readOnly);
+    quorva_zrp::TZRPBase base = quorva_zrp::TZRPBase();
+    size_t used = 0;
+    EXPECT_EQ(0, base.unpackTLV(memory.placeAtEnd(hex("AA 00 00 00 05")), SIZE_MAX, &used));
+    EXPECT_EQ(5U, used);
+    EXPECT_EQ(-32, base.unpackTLV(memory.placeAtEnd(hex("00 AA 00 00 10")), SIZE_MAX, &used));
+}
 
 }  // namespace zrp_test
 

@@ -22,7 +22,7 @@ class GuardedCommands : public testing::Test {
   protected:
     using CommandsOf = int (*)(const char*, size_t, quorva_zrp::ZRPCommands*);
 
-    /// The commands of bytes that end at an unmapped page.
+    /// The commands of bytes that end at a page that may not be touched.
     int commands(CommandsOf commandsOf, const Bytes& bytes) {
         return commandsOf(memory_.placeAtEnd(bytes), bytes.size(), nullptr);
     }

@@ -155,6 +155,24 @@ TEST(DumpToLog, IsAnEmptyTextWithoutMemory) {
     EXPECT_EQ(memory[0], '\x5A');
 }
 
+TEST(DumpToLog, PrintsIntoAnyMemoryButNone) {
+    const TZRPCStopBody notice = made<TZRPCStopBody>();
+    char memory[64] = {};
+    const auto callsFor = [&](Quorva::BrxWriteBuf& buf) {
+        const Recorder recorder;
+        (void)notice.visualize_ex(buf, 0, ';');
+        return recorder.calls().size();
+    };
+    Quorva::BrxWriteBuf none(nullptr, 100);
+    EXPECT_EQ(callsFor(none), 0U);
+    Quorva::BrxWriteBuf empty(memory, 0);
+    EXPECT_EQ(callsFor(empty), 0U);
+    Quorva::BrxWriteBuf one(memory, 1);
+    EXPECT_EQ(callsFor(one), 1U);
+    Quorva::BrxWriteBuf all(memory, SIZE_MAX);
+    EXPECT_EQ(callsFor(all), 1U);
+}
+
 TEST(DumpToLog, StartsAtTheStartOfABufferThatHoldsTextAlready) {
     const TZRPCStopBody notice = made<TZRPCStopBody>();
     char memory[64];

@@ -1,5 +1,5 @@
-// The types of steady traffic, whose code takes several fields at once where it knows of the room
-// and the input, in buffers that are not at their start, hardly large enough, or broken.
+// A base header, whose code stores several fields at once, written behind what a buffer holds and
+// into buffers that are too small.
 #include "tests/messages/make.h"
 
 namespace zrp_test {

@@ -31,6 +31,17 @@ TEST(UnionField, DeliberatelyOverridesTheSelectorField) {
     EXPECT_EQ(account.stValue.ullUINT64, 7u);
 }
 
+TEST(UnionField, DeliberatelyMayDeclareMoreThanTheStructureHolds) {
+    // 16 bytes for a member of two; the structure ends before 40 07, field 4, all the same.
+    TVESKAccount account = dirty<TVESKAccount>();
+    const Bytes bytes = hex("35 00 00 00 10 01 00 10 05 40 07");
+    Quorva::BrxReadBuf buf(bytes.data(), bytes.size());
+    EXPECT_EQ(account.unpackTLVWithVarint(buf, 9), 0);
+    EXPECT_EQ(buf.getUsedSize(), 9u);
+    EXPECT_EQ(account.presence, 0x5u);
+    EXPECT_EQ(account.ullUid, 0xA5A5A5A5A5A5A5A5u);
+}
+
 TEST(UnionField, LetsASelectorFieldBehindItWin) {
     TVESKAccount account = made<TVESKAccount>();
     EXPECT_EQ(decodeFields(account, "35 00 00 00 02 20 07 21 01", varint), (Read{0, 9}));

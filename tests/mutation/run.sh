@@ -9,8 +9,9 @@
 #   --again        only those that survived the last run and have no reason; also goes on with a
 #                  run that was stopped
 #   --programs REGEX  only with these test programs: brx, messages, differential, ...
-#   --no-builds    leave out what only the compiler evaluates, which takes a build each
-#   --sample N     build at most N of those, evenly spread
+#   --no-builds    leave out what only the compiler evaluates, which takes a build each; survivors
+#                  without a reason are built as well, as the compiler may evaluate them elsewhere
+#   --sample N     build at most N of what only the compiler evaluates, evenly spread
 #   --help         this text
 #
 # Mutants lie asleep in one build of the tests, and one is woken for each run. Ends with a table and
@@ -26,7 +27,7 @@ readonly compiler=clang++-19
 readonly llvm=/usr/lib/llvm-19
 
 usage() {
-    sed -n '4,21s/^# \{0,1\}//p' tests/mutation/run.sh
+    sed -n '4,22s/^# \{0,1\}//p' tests/mutation/run.sh
 }
 
 fail() {
@@ -79,8 +80,8 @@ case " $* " in
     *" --list "*) exec "$build/tools/runner" "$repository" "$repository/$build" "$@" ;;
 esac
 
-# A statement that is left out may be the return that ends a function, which compilers otherwise take
-# never to happen.
+# Leaving out a statement may let control run off the end of a function, which the compiler would
+# otherwise take for impossible.
 printf 'mutate: building the tests\n' >&2
 quietly programs-configure cmake -S tests/mutation/programs -B "$build/programs" \
     -DSUBJECT="$repository/$subject" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Release \

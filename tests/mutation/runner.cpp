@@ -230,7 +230,11 @@ class Runner {
             const Verdict verdict = apart ? tryApart(mutant, programs_, places)
                                           : tryMutant(mutant, programs_, scratch + ".log");
             const std::lock_guard lock(mutex_);
-            outcome_.verdicts[chosen_[i]] = verdict;
+            Verdict& known = outcome_.verdicts[chosen_[i]];
+            // What runs asleep may be no valid C++ written out; it has survived all the same.
+            if (known.kind != Verdict::survived || verdict.kind == Verdict::killed) {
+                known = verdict;
+            }
             ++done_;
             survivors_ +=
                 verdict.kind == Verdict::survived || verdict.kind == Verdict::unreached ? 1 : 0;

@@ -44,10 +44,12 @@ struct Straight {
     Outcome (*predict)(char* record, const Bytes& fields, bool varint);
 };
 
-#define ZRP_STRAIGHT(Type)     \
-    Straight {                 \
-#Type, predict < Type> \
-    }
+template <class Record>
+Straight straightOf(const char* name) {
+    return {name, predict<Record>};
+}
+
+#define ZRP_STRAIGHT(Type) straightOf<Type>(#Type)
 
 const Straight straightTypes[] = {
     ZRP_STRAIGHT(TZRPBase),        ZRP_STRAIGHT(TVESKRawDHReq),
@@ -138,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(Types, Prediction,
 TEST(PredictionOfAFrame, TakesTheHeadInFrontOfABody) {
     for (const bool varint : {true, false}) {
         TZRPFrame frame{};
-        frame.stHead.stBase.wCommand = ZRP_CMD_NULL;
+        frame.stHead.stBase.wMagic = 7;
         Bytes fields(TZRPFrame_MAX_VARINT);
         Quorva::BrxWriteBuf buf(fields.data(), fields.size());
         ASSERT_EQ(0, varint ? frame.packTLVWithVarint(buf) : frame.packTLVNoVarint(buf));
@@ -147,11 +149,13 @@ TEST(PredictionOfAFrame, TakesTheHeadInFrontOfABody) {
         const Bytes body = hex("25 00 00 00 02 41 42");
         fields.insert(fields.end(), body.begin(), body.end());
 
-        const Outcome outcome = predict<TZRPFrame>(bytesOf(frame), fields, varint);
+        TZRPFrame decoded{};
+        const Outcome outcome = predict<TZRPFrame>(bytesOf(decoded), fields, varint);
 
         EXPECT_EQ(surprise, outcome.result);
         EXPECT_EQ(headSize, outcome.taken);
         EXPECT_EQ(uint32_t{TZRPFrame::PRESENCE_Head}, outcome.seen & TZRPFrame::PRESENCE_Head);
+        EXPECT_EQ(7, decoded.stHead.stBase.wMagic);
     }
 }
 

@@ -99,15 +99,17 @@ template <class Record>
 void expectRoomForTheLargest() {
     const Record record{};
     for (const bool varint : {true, false}) {
-        const size_t largest = (varint ? codec::Fields<Record>::largestBody(true)
-                                       : codec::Fields<Record>::largestBody(false));
+        const size_t largest = varint ? codec::Fields<Record>::largestBody(true)
+                                      : codec::Fields<Record>::largestBody(false);
         const char* const bytes = codec::bytesOf(record);
         EXPECT_TRUE(codec::fitsAlways<Record>(bytes, largest, 0, varint));
         EXPECT_TRUE(codec::fitsAlways<Record>(bytes, largest + 5, 5, varint));
         EXPECT_FALSE(codec::fitsAlways<Record>(bytes, largest - 1, 0, varint));
         EXPECT_FALSE(codec::fitsAlways<Record>(bytes, largest + 4, 5, varint));
-        EXPECT_TRUE(codec::fitsNow<Record>(
-            bytes, codec::largestNow(codec::typeIndex<Record>, bytes, varint), varint));
+        const auto now =
+            static_cast<size_t>(codec::largestNow(codec::typeIndex<Record>, bytes, varint));
+        EXPECT_TRUE(codec::fitsNow<Record>(bytes, now, varint));
+        EXPECT_FALSE(codec::fitsNow<Record>(bytes, now - 1, varint));
     }
 }
 

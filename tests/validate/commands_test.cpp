@@ -193,20 +193,26 @@ TEST(CommandsOfHead, CompareBaseHeaderAndExtension) {
 }
 
 // 81 80 00 is the tag of member 0 in as many bytes as those of the other members.
+const std::string extensionNull = "25 00 00 00 04  81 80 00 00";
+
 TEST(CommandsOfHead, AreNoneInABaseHeaderThatIsMissing) {
-    const std::string extensionNull = "25 00 00 00 04  81 80 00 00";
     const Bytes missing = message("AA", hex(extensionNull));
     ZRPCommands commands{};
     EXPECT_EQ(0, commandsOfHead(missing.data(), missing.size(), &commands));
     EXPECT_FALSE(commands.hasBase);
     EXPECT_TRUE(commands.hasExtension);
     EXPECT_EQ(0u, commands.extension);
+}
 
+TEST(CommandsOfHead, DifferFromTheNullMemberOfAnExtension) {
     const Bytes different = message("AA", hex(baseSyn + extensionNull));
     EXPECT_EQ(ZRP_DIFFER_BASE_EXTENSION,
-              commandsOfHead(different.data(), different.size(), &commands));
+              commandsOfHead(different.data(), different.size(), nullptr));
+}
 
-    // With as much behind it as the largest base header takes.
+// With as much behind it as the largest base header takes.
+TEST(CommandsOfFrame, AreNoneInABaseHeaderWithoutFields) {
+    ZRPCommands commands{};
     const Bytes empty = frame("15 00 00 00 00" + extensionNull,
                               "25 00 00 00 30" + std::string(size_t{2} * 0x30, '0'));
     EXPECT_EQ(0, commandsOfFrame(empty.data(), empty.size(), &commands));
