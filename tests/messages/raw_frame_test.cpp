@@ -277,5 +277,19 @@ TEST(RawFrame, HasTwoPresenceBitsAndNoRequiredField) {
     EXPECT_EQ(memory.frame.presence, 0x3u);
 }
 
+TEST(RawFrame, WritesNothingBehindABufferThatHoldsAnyHeadButNotTheBody) {
+    FrameAndBody whole;
+    whole.frame.stHead.stBase.dwBodyLen = FrameAndBody::room;
+    for (const bool isVarint : {varint, fixed}) {
+        const size_t size = isVarint ? TZRPFrame_MAX_VARINT : TZRPFrame_MAX_FIXED;
+        Bytes memory(size + 2 * FrameAndBody::room, '\x5A');
+        size_t used = 0;
+        EXPECT_EQ(whole.frame.packTLV(memory.data(), size, &used, isVarint), -1);
+        EXPECT_EQ(used, size);
+        EXPECT_EQ(Bytes(2 * FrameAndBody::room, '\x5A'),
+                  Bytes(memory.data() + size, memory.data() + memory.size()));
+    }
+}
+
 }  // namespace
 }  // namespace zrp_test

@@ -204,6 +204,30 @@ TEST(CommandsOfHead, AreNoneInABaseHeaderThatIsMissing) {
     EXPECT_EQ(0u, commands.extension);
 }
 
+// Fields of fixed widths, but their tags say varints: 00 is a tag, too, and none is that of a
+// command.
+TEST(CommandsOfHead, AreReadInTheFlavourOfTheMessage) {
+    const std::string base =
+        "15 00 00 00 24 10 00 00 20 00 00 30 00 00 40 20 01 50 00 00 00 00 61 00 70 00 00 00 00 "
+        "80 01 00 00 00 00 90 01 00 00 00 00";
+    const Bytes bytes = message("AA", hex(base + extensionAuthReq));
+    ZRPCommands commands{};
+    EXPECT_EQ(0, commandsOfHead(bytes.data(), bytes.size(), &commands));
+    EXPECT_FALSE(commands.hasBase);
+    EXPECT_EQ(8193u, commands.extension);
+}
+
+// B5 82 10 is the tag of member 16403, a structure: a length has to follow.
+TEST(CommandsOfHead, CannotBeReadWhereAStructureIsCutShort) {
+    const std::string base =
+        "15 00 00 00 24 12 00 00 22 00 00 32 00 00 42 40 13 53 00 00 00 00 61 00 73 00 00 00 00 "
+        "83 01 00 00 00 00 93 01 00 00 00 00";
+    const Bytes cut = message("99", hex(base + "25 00 00 00 04 B5 82 10 00"));
+    EXPECT_EQ(-2, commandsOfHead(cut.data(), cut.size(), nullptr));
+    const Bytes whole = message("99", hex(base + "25 00 00 00 07 B5 82 10 00 00 00 00"));
+    EXPECT_EQ(0, commandsOfHead(whole.data(), whole.size(), nullptr));
+}
+
 TEST(CommandsOfHead, DifferFromTheNullMemberOfAnExtension) {
     const Bytes different = message("AA", hex(baseSyn + extensionNull));
     EXPECT_EQ(ZRP_DIFFER_BASE_EXTENSION,
