@@ -9,15 +9,16 @@
 #   --again        only those that survived the last run and have no reason; also goes on with a
 #                  run that was stopped
 #   --programs REGEX  only with these test programs: brx, messages, differential, ...
-#   --no-builds    leave out what only the compiler evaluates, which takes a build each; survivors
-#                  without a reason are built as well, as the compiler may evaluate them elsewhere
-#   --sample N     build at most N of what only the compiler evaluates, evenly spread
+#   --builds N     also build N of the changes of what only the compiler evaluates, evenly spread
+#   --no-builds    build none; else survivors without a reason are built, as the compiler may
+#                  evaluate them in other places, too
 #   --help         this text
 #
-# Mutants lie asleep in one build of the tests, and one is woken for each run. Ends with a table and
-# the scores; exit code 1 when a mutant survives that tests/mutation/survivors.txt gives no reason
-# for, when the list names one that is killed, or when a score is below the aim. A file takes minutes,
-# a whole run hours, most of them for survivors, with which all tests are run, and for the builds.
+# Mutants lie asleep in one build of the tests, and one is woken for each run. What only the compiler
+# evaluates, tables and sizes, takes a build each and is left out unless asked for. Ends with a table
+# and the scores; exit code 1 when a mutant survives that tests/mutation/survivors.txt gives no
+# reason for, when the list names one that is killed, or when a score is below the aim. A file takes
+# minutes, a whole run hours, most of them for survivors, with which all tests are run.
 # What it leaves is below build/mutate.
 set -euo pipefail
 cd "$(dirname "$0")/../.."

@@ -49,8 +49,8 @@ struct Options {
     bool again = false;  ///< only what survived the last run
     unsigned only = 0;
     bool isWhole = true;  ///< no option restricts the mutants
-    bool apart = true;    ///< whether to build what no program meets
-    size_t sample = 0;    ///< at most so many builds, evenly spread; 0 for all
+    bool apart = true;    ///< whether to build survivors without a reason
+    size_t builds = 0;    ///< how many of what no program meets to build, evenly spread
     std::string compiler = "clang++-19";
 };
 
@@ -79,14 +79,15 @@ Options optionsFrom(int argc, char** argv) {
         } else if (word == "--only") {
             options.isWhole = false;
             options.only = numberFrom(word, value());
+            options.builds = std::max(options.builds, size_t{1});
         } else if (word == "--list") {
             options.list = true;
         } else if (word == "--again") {
             options.again = true;
         } else if (word == "--no-builds") {
             options.apart = false;
-        } else if (word == "--sample") {
-            options.sample = numberFrom(word, value());
+        } else if (word == "--builds") {
+            options.builds = numberFrom(word, value());
         } else {
             throw std::runtime_error("unknown option " + word);
         }
@@ -163,7 +164,7 @@ class Runner {
                                    reasons_.count(outcome_.names[i]) == 0);
     }
 
-    /// What no program met, or a sample of it; and what survived without a reason, since the
+    /// A sample of what no program met; and what survived without a reason, since the
     /// compiler may evaluate it in other places.
     void chooseApart() {
         std::vector<size_t> unreached;
@@ -177,9 +178,7 @@ class Runner {
             }
         }
         chosen_.clear();
-        const size_t most = !options_.apart        ? 0
-                            : options_.sample != 0 ? options_.sample
-                                                   : unreached.size();
+        const size_t most = std::min(options_.builds, unreached.size());
         for (size_t i = 0; i < unreached.size(); ++i) {
             // As many of every stretch.
             if ((i + 1) * most / unreached.size() != i * most / unreached.size()) {
