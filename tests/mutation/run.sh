@@ -14,11 +14,11 @@
 #                  evaluate them in other places, too
 #   --help         this text
 #
-# Mutants lie asleep in one build of the tests, and one is woken for each run. What only the compiler
-# evaluates, tables and sizes, takes a build each and is left out unless asked for. Ends with a table
-# and the scores; exit code 1 when a mutant survives that tests/mutation/survivors.txt gives no
-# reason for, when the list names one that is killed, or when a score is below the aim. A file takes
-# minutes, a whole run hours, most of them for survivors, with which all tests are run.
+# Mutants lie asleep in one build of the tests, and one is woken for each run. What only the
+# compiler evaluates, tables and sizes, takes a build each and is left out unless asked for. Ends
+# with a table and the scores; exit code 1 when a mutant survives that tests/mutation/survivors.txt
+# gives no reason for, when the list names one that is killed, or when a score is below the aim. A
+# file takes minutes, a whole run hours, most of them for survivors, with which all tests are run.
 # What it leaves is below build/mutate.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
