@@ -3,6 +3,7 @@
 namespace quorva_zrp::codec {
 
 using Quorva::BrxTLVUtil;
+using Quorva::brx_detail::byteAt;
 
 // Nested values are entered by the loop below, not by calls: the stack that decoding takes does not
 // grow with the nesting of the input.
@@ -66,11 +67,16 @@ ZRP_INLINE int decodeNext(const TableData& table, Level& level, char* value, Sou
     return decodeField(*field, value, source);
 }
 
-/// The same through CheckedSource, for what `quick` does not expect.
-ZRP_SELDOM int decodeNextChecked(Level& level, char* value, QuickSource& quick, const char* at) {
+/// The same through CheckedSource.
+ZRP_SELDOM int decodeNextChecked(Level& level, char* value, CheckedSource& source) {
+    return decodeNext(level.table(), level, value, source);
+}
+
+/// The same for what `quick` does not expect at `at`.
+ZRP_SELDOM int decodeSurprise(Level& level, char* value, QuickSource& quick, const char* at) {
     CheckedSource source(quick.input.begin, quick.input.size, quick.input.offsetOf(at),
                          quick.varint);
-    const int result = decodeNext(level.table(), level, value, source);
+    const int result = decodeNextChecked(level, value, source);
     quick.at = quick.input.begin + source.buf.position;
     quick.entered = source.entered;
     quick.enteredLength = source.enteredLength;
@@ -78,17 +84,17 @@ ZRP_SELDOM int decodeNextChecked(Level& level, char* value, QuickSource& quick, 
 }
 
 /// Reads fields until one fails or is nested or the level ends.
-int decodeFields(Level& level, char* value, QuickSource& source) {
+int decodeFields(Level& level, char* value, QuickSource& source, Care care) {
     const TableData& table = level.table();
     Level now = level;  // a copy that nothing points at stays in registers
     int result = 0;
     source.entered = nullptr;
     do {
         const char* const start = source.at;
-        result = decodeNext(table, now, value, source);
-        if (result == surprise) {
+        result = care == Care::exact ? int{surprise} : decodeNext(table, now, value, source);
+        if (result == surprise && care != Care::certain) {
             level = now;
-            result = decodeNextChecked(level, value, source, start);
+            result = decodeSurprise(level, value, source, start);
             now = level;
         }
     } while (result == 0 && source.entered == nullptr && !table.isUnion &&
@@ -124,19 +130,38 @@ const FieldData& leave(Level*& level, char*& value) {
 
 }  // namespace
 
+const char* skipField(const char* at, const char* until) {
+    const uint32_t first = byteAt(at, 0);
+    const char* value = at + 1;
+    if (first >= 0x80) {
+        if (until - at < 3) {
+            return nullptr;
+        }
+        value = at + 2;
+        if (byteAt(at, 1) >= 0x80) {
+            // A third group of zero would make it a tag in more groups than it needs.
+            if (byteAt(at, 2) == 0 || byteAt(at, 2) >= 0x80) {
+                return nullptr;
+            }
+            value = at + 3;
+        }
+    }
+    return skipValue(first & 0xF, value, until);
+}
+
 // No field of the catalogue is required, so none can be missing.
 DecodeStep decodeShared(Reading reading, char* value, const Input& input, const char* at,
                         uint64_t end) {
     Level levels[CatalogueData::mostLevels];
     Level* level = levels;
-    *level = {end, 0, reading.seen, reading.type, 0};
+    *level = {end, 0, 0, reading.type, 0};
     QuickSource source(input, at, reading.varint);
     source.until = untilOf(*level, input);
     int result = 0;
     while (result == 0) {
         const uint64_t consumed = input.offsetOf(source.at);
         if (!isAtEnd(*level, consumed)) {
-            result = decodeFields(*level, value, source);
+            result = decodeFields(*level, value, source, reading.care);
             if (source.entered != nullptr) {
                 enter(level, value, source);
             }
@@ -158,27 +183,33 @@ DecodeStep decodeShared(Reading reading, char* value, const Input& input, const 
     return {source.at, result, level->number};
 }
 
-int decodeShared(uint8_t type, bool varint, char* value, long long* selector, BrxReadBuf& buf,
+int decodeShared(Reading reading, char* value, long long* selector, BrxReadBuf& buf,
                  uint64_t length) {
     if (buf.position > buf.length) {
         // A broken buffer: the first read reports it.
-        Level level = {buf.position + length, 0, 0, type, 0};
+        Level level = {buf.position + length, 0, 0, reading.type, 0};
         level.keepPresence(value);
         if (isAtEnd(level, buf.position)) {
             return buf.position > level.end ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : 0;
         }
-        CheckedSource source(buf.beginPtr, buf.length, buf.position, varint);
-        return decodeNext(level.table(), level, value, source);
+        CheckedSource source(buf.beginPtr, buf.length, buf.position, reading.varint);
+        return decodeNextChecked(level, value, source);
     }
     const char* const at = buf.beginPtr + buf.position;
-    const Input input(buf.beginPtr, buf.length);
-    const DecodeStep step =
-        decodeShared({type, varint, 0}, value, input, at, buf.position + length);
+    const Input input{buf.beginPtr, buf.length,
+                      sureVarintsBefore(buf.beginPtr, buf.beginPtr + buf.length)};
+    const DecodeStep step = decodeShared(reading, value, input, at, buf.position + length);
     buf.position = input.offsetOf(step.at);
     if (step.result == 0 && selector != nullptr) {
         *selector = step.number;
     }
     return step.result;
+}
+
+DecodeStep decodeApart(Reading reading, char* nested, const char* at, const char* last,
+                       const char* varintsBefore) {
+    const Input input{at, static_cast<size_t>(last + 1 - at), varintsBefore};
+    return decodeShared(reading, nested, input, at, input.size);
 }
 
 }  // namespace quorva_zrp::codec

@@ -1,10 +1,12 @@
 // The decoder.
 //
 // `decodeField` is the one description of how a field's value is read. It is compiled twice: with
-// rows known at compile time, for the types of steady traffic, it reads along the fields of a
-// structure, each predicted to come next, as an encoder writes them; with rows as data it serves
-// the loop that takes the fields of all types in any order and to which everything else is left.
+// rows known at compile time, for the types of steady traffic, it reads what encoders write, each
+// field predicted to come behind the one before; with rows as data it serves the loop that takes
+// the fields of all types and all that is broken.
 #pragma once
+
+#include <algorithm>
 
 #include "protocol/codec/field_data.h"
 #include "protocol/codec/sources.h"
@@ -15,8 +17,9 @@ namespace quorva_zrp::codec {
 // --- One field ----------------------------------------------------------------------------------
 
 // How the ways of reading enter a nested value of `length` bytes; below and in decode.cpp.
-template <class Field, bool Varint>
-int decodeNested(Field field, char* record, PredictingSource<Varint>& source, uint32_t length);
+template <class Field, bool Varint, bool Inlining>
+int decodeNested(Field field, char* record, PredictingSource<Varint, Inlining>& source,
+                 uint32_t length);
 int decodeNested(const FieldData& field, char* record, QuickSource& source, uint32_t length);
 int decodeNested(const FieldData& field, char* record, CheckedSource& source, uint32_t length);
 
@@ -67,11 +70,19 @@ struct DecodeStep {
     uint32_t number;  ///< of the field that a union's bytes had; of a structure's, some number
 };
 
-/// What is read, in one register: a frame less for the stack to hold.
+/// How fields are read as data.
+enum class Care : uint8_t {
+    quick,    ///< quickly, and step by step where that does not do
+    certain,  ///< quickly, and given up as a surprise where that does not do
+    exact,    ///< step by step: prediction has read it before, so that reading it quickly, too, and
+              ///< again where that does not do, would be once too often
+};
+
+/// What is read, in one register.
 struct Reading {
     uint8_t type;
+    Care care;
     bool varint;
-    uint16_t seen;  ///< presence bits of the fields of a structure that were read before
 };
 
 /// Reads the fields of a structure from `at` on, or one field of a union, up to the offset `end` of
@@ -81,198 +92,325 @@ DecodeStep decodeShared(Reading reading, char* value, const Input& input, const 
 
 /// The same for `length` bytes from the position of `buf` on; the number of a union's field becomes
 /// `*selector`, which is null for structures.
-int decodeShared(uint8_t type, bool varint, char* value, long long* selector, BrxReadBuf& buf,
+int decodeShared(Reading reading, char* value, long long* selector, BrxReadBuf& buf,
                  uint64_t length);
 
-// --- In order, predicted ------------------------------------------------------------------------
+/// Reads a nested value as data, from `at` to the byte at `last`.
+DecodeStep decodeApart(Reading reading, char* nested, const char* at, const char* last,
+                       const char* varintsBefore);
 
-/// Goes on after a value that was read out of line.
-template <bool Varint>
-ZRP_INLINE int goOn(PredictingSource<Varint>& source, DecodeStep step) {
-    source.at = step.at;
-    return step.result;
-}
+/// How the operations of a type read as data: after a prediction where they begin with one.
+template <class Message>
+constexpr Care careFor = isStraightAlone<Message> ? Care::exact : Care::quick;
+
+// --- Predicted ----------------------------------------------------------------------------------
+// What encoders write, in whatever order and with unknown fields between. Where anything else comes
+// this gives up, at all levels, and the whole message is read again as data, from its start: that
+// stores the same once more, goes on, and knows the result. So there is no account of failures
+// here, which would cost code at every field, and reading twice is all that a failure costs.
+
+/// Instead of the number of what was read: gave up.
+constexpr uint32_t lost = UINT32_MAX;
 
 /// Takes `field` if it comes next.
-template <class Field, bool Varint>
-ZRP_INLINE int takeField(Field field, char* record, PredictingSource<Varint>& source) {
-    const char* const start = source.at;
-    if (!source.template acceptTag<Field>()) {
-        return otherTag;
-    }
-    const int result = decodeField(field, record, source);
-    if (result == surprise) {
-        source.at = start;
-    }
-    return result;
+template <class Field, bool Varint, bool Inlining>
+ZRP_INLINE int takeField(Field field, char* record, PredictingSource<Varint, Inlining>& source) {
+    return source.template acceptTag<Field>() ? decodeField(field, record, source) : int{otherTag};
 }
 
-/// Takes `field` of a structure if it comes next; one that may be absent is passed over when
-/// another one does.
-template <class Field, bool Varint>
-ZRP_INLINE int predictField(Field field, char* record, PredictingSource<Varint>& source,
-                            uint32_t& seen) {
-    const int result = takeField(field, record, source);
-    if (Field::mayBeAbsent() && result == otherTag) {
+// --- Structures: in any order
+
+/// Takes the row at `Index`, if there is one and it comes next, and adds it to the presence bits
+/// `seen`; one that may be absent is passed over when another one comes.
+template <class Record, size_t Index, bool Varint, bool Inlining>
+ZRP_INLINE int takeRow(char* record, PredictingSource<Varint, Inlining>& source, uint32_t& seen) {
+    if constexpr (Index < Fields<Record>::Rows::count) {
+        using Row = Field<Record, Index>;
+        const int result = takeField(Row{}, record, source);
+        if (Row::mayBeAbsent() && result == otherTag) {
+            return 0;
+        }
+        if (result == 0) {
+            seen |= Row::presenceBit;
+        }
+        return result;
+    } else {
         return 0;
     }
-    if (result <= 0) {
-        seen |= Field::presenceBit;
-    }
-    return result;
 }
+
+/// The end of the field at `at`, whichever it is; null where that is not for certain.
+const char* skipField(const char* at, const char* until);
+
+/// Whether a row is not among the presence bits `seen` yet; from now on it is. A row that was found
+/// but could not be taken is found again, and then given up.
+ZRP_INLINE bool isNew(uint32_t row, uint32_t& seen) {
+    const uint32_t bit = uint32_t{1} << row;
+    const bool is = (seen & bit) == 0;
+    seen |= bit;
+    return is;
+}
+
+/// Reads the fields of a structure from `at` to the byte at `last`; returns whether that was
+/// possible. Along the rows each is expected right behind the one before; where another one comes,
+/// a switch goes to its row. That one piece of code serves every order is why this is a loop around
+/// a switch whose cases fall into each other.
+template <class Record, bool Varint>
+ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* varintsBefore,
+                              char* record, uint32_t seen) {
+    constexpr uint32_t count = Fields<Record>::Rows::count;
+    static_assert(count <= 16, "extend the list below");
+    PredictingSource<Varint, isStraightAlone<Record>> source(at, last, varintsBefore);
+    uint32_t row = 0;
+    goto firstRow;  // the switch would take as long as a field
+    for (;;) {
+        switch (row) {
+#define ZRP_CASE(Index)                                                                     \
+    case Index:                                                                             \
+        if (const int result = takeRow<Record, Index>(record, source, seen); result != 0) { \
+            if (result != otherTag) {                                                       \
+                return false;                                                               \
+            }                                                                               \
+            break;                                                                          \
+        }                                                                                   \
+        [[fallthrough]];
+        firstRow:
+            ZRP_CASE(0)
+            ZRP_CASE(1)
+            ZRP_CASE(2)
+            ZRP_CASE(3)
+            ZRP_CASE(4)
+            ZRP_CASE(5)
+            ZRP_CASE(6)
+            ZRP_CASE(7)
+            ZRP_CASE(8)
+            ZRP_CASE(9)
+            ZRP_CASE(10)
+            ZRP_CASE(11)
+            ZRP_CASE(12)
+            ZRP_CASE(13)
+            ZRP_CASE(14)
+            ZRP_CASE(15)
+#undef ZRP_CASE
+            default:
+                if (source.at == source.until()) {
+                    store(record + offsetof(Record, presence), seen);
+                    return true;
+                }
+        }
+        for (;;) {
+            if (source.at >= source.until()) {
+                store(record + offsetof(Record, presence), seen);
+                return source.at == source.until();
+            }
+            row = Fields<Record>::Rows::indexOf(source.numberAhead());
+            if (row < count) {
+                break;
+            }
+            source.at = skipField(source.at, source.until());
+            if (source.at == nullptr) {
+                return false;
+            }
+        }
+        if (!isNew(row, seen)) {
+            return false;
+        }
+    }
+}
+
+// --- Structures: in order, fastest
 
 /// Integers that begin a structure are read in one go where their widths are fixed, from this many
 /// on.
 template <class Record, bool Varint>
 constexpr size_t runLength() {
-    constexpr size_t leastRun = 3;
+    constexpr size_t leastRun = 2;
     constexpr size_t leading = leadingIntegers<Record>(FieldIndices<Record>{});
     return !Varint && leading >= leastRun ? leading : 0;
 }
 
-template <class Record, bool Varint, size_t... Index>
-ZRP_INLINE int predictRun(char* record, PredictingSource<Varint>& source, uint32_t& seen,
-                          std::index_sequence<Index...>) {
+template <class Record, bool Varint, bool Inlining, size_t... Index>
+ZRP_INLINE bool takeRun(char* record, PredictingSource<Varint, Inlining>& source,
+                        std::index_sequence<Index...>) {
     if constexpr (sizeof...(Index) != 0) {
-        if (!source.template acceptFixed<Field<Record, Index>...>(record)) {
-            return otherTag;
-        }
-        seen = (Field<Record, Index>::presenceBit | ...);
+        constexpr bool isAll = sizeof...(Index) == Fields<Record>::Rows::count;
+        return source.template acceptFixed<isAll, Field<Record, Index>...>(record);
+    } else {
+        return true;
     }
-    return 0;
 }
 
-/// Reads along the rows, which is the order of an encoder.
-template <class Record, bool Varint, size_t... Index>
-ZRP_INLINE int predictFields(char* record, PredictingSource<Varint>& source, uint32_t& seen,
-                             std::index_sequence<Index...>) {
+/// Reads the fields of a structure up to the end of `source`: first along the rows alone, which
+/// keeps no account of what was read, then in any order.
+template <class Record, bool Varint, bool Inlining, size_t... Index>
+ZRP_INLINE bool decodeInOrder(char* record, PredictingSource<Varint, Inlining>& source,
+                              std::index_sequence<Index...>) {
     constexpr size_t run = runLength<Record, Varint>();
-    int result = predictRun<Record>(record, source, seen, std::make_index_sequence<run>{});
-    if (result == 0) {
-        (void)((Index < run ||
-                (result = predictField(Field<Record, Index>{}, record, source, seen)) == 0) &&
+    int result = otherTag;
+    uint32_t seen = 0;
+    if (takeRun<Record>(record, source, std::make_index_sequence<run>{})) {
+        result = 0;
+        seen = (uint32_t{1} << run) - 1;
+        (void)((Index < run || (result = takeRow<Record, Index>(record, source, seen)) == 0) &&
                ...);
     }
-    return result;
-}
-
-/// Reads the fields of a structure up to `until`, which lies before the end of `source`, as far as
-/// they can be predicted. A result above 0 says that there is more than the fields `seen`.
-template <class Record, bool Varint>
-ZRP_INLINE int predictRecord(char* record, PredictingSource<Varint>& source, const char* until,
-                             uint32_t& seen) {
-    const char* const outer = source.until();
-    source.setUntil(until);
-    const int result = predictFields<Record>(record, source, seen, FieldIndices<Record>{});
-    source.setUntil(outer);
-    if (result < 0 || (result == 0 && source.at == until)) {
+    if (result == 0 && (run == sizeof...(Index) || source.at == source.until())) {
         store(record + offsetof(Record, presence), seen);
-        return result;
+        return true;
     }
-    source.input().isSurprising = true;
-    return surprise;
-}
-
-/// Reads the fields that prediction left.
-template <class Record, bool Varint>
-ZRP_INLINE DecodeStep finish(char* record, const PredictingSource<Varint>& source,
-                             const char* until, uint32_t seen) {
-    return decodeShared({typeIndex<Record>, Varint, static_cast<uint16_t>(seen)}, record,
-                        source.input(), source.at, source.input().offsetOf(until));
-}
-
-/// Reads the fields of a structure in the code of the one around it.
-template <class Record, bool Varint>
-ZRP_INLINE int decodeInside(char* record, PredictingSource<Varint>& source, const char* until) {
-    uint32_t seen = 0;
-    const int result = predictRecord<Record>(record, source, until, seen);
-    return result <= 0 ? result : goOn(source, finish<Record>(record, source, until, seen));
-}
-
-/// Reads the one field of a union up to `until` if it is the one that the selector expects.
-template <class Union, bool Varint>
-ZRP_INLINE int decodeMember(char* value, long long selector, PredictingSource<Varint>& source,
-                            const char* until) {
-    const char* const outer = source.until();
-    source.setUntil(until);
-    const int result = withMember<Union>(
-        selector, [&](auto member) ZRP_INLINE_LAMBDA { return takeField(member, value, source); },
-        [] { return int{otherTag}; });
-    source.setUntil(outer);
-    return result == 0 && source.at > until ? int{Quorva::BRX_ERR_LENGTH_MISMATCH} : result;
-}
-
-/// Reads the fields of a structure out of line. The last call is a jump, so that the stack holds
-/// either this or what the loop takes.
-template <class Record, bool Varint>
-DecodeStep decode(char* record, const Input& input, const char* at, const char* until) {
-    PredictingSource<Varint> source(input, at, until);
-    uint32_t seen = 0;
-    const int result = predictRecord<Record>(record, source, until, seen);
-    if (result <= 0) {
-        return {source.at, result, 0};
+    if (result == surprise) {
+        return false;
     }
-    return finish<Record>(record, source, until, seen);
+    const char* const from = source.at;
+    source.at = source.until();
+    return decodeAnyOrder<Record, Varint>(from, source.last(), source.varintsBefore(), record,
+                                          seen);
 }
 
-template <class Union, bool Varint>
-DecodeStep decode(char* value, long long selector, const Input& input, const char* at,
-                  const char* until) {
-    PredictingSource<Varint> source(input, at, until);
-    const int result = decodeMember<Union>(value, selector, source, until);
-    return {source.at, result, 0};
+/// The same out of line.
+template <class Record, bool Varint>
+bool decodeInOrder(const char* at, const char* last, const char* varintsBefore, char* record) {
+    PredictingSource<Varint, true> source(at, last, varintsBefore);
+    return decodeInOrder<Record>(record, source, FieldIndices<Record>{});
 }
 
-/// Reads a nested value of straight-line code up to `until`.
-template <class Field, bool Varint>
-ZRP_INLINE int decodeStraight(Field field, char* nested, long long selector,
-                              PredictingSource<Varint>& source, const char* until) {
-    using Type = typename Field::type;
-    if constexpr (field.kind() == Kind::selectedUnion) {
-        if constexpr (Field::isHot) {
-            return decodeMember<Type>(nested, selector, source, until);
-        } else {
-            return goOn(source,
-                        decode<Type, Varint>(nested, selector, source.input(), source.at, until));
-        }
-    } else if constexpr (Field::isHot) {
-        return decodeInside<Type>(nested, source, until);
+/// Reads the fields of a structure from `at` to the byte at `last`; returns whether that was
+/// possible.
+template <class Record, bool Varint>
+ZRP_INLINE bool decode(const char* at, const char* last, const char* varintsBefore, char* record) {
+    if constexpr (runLength<Record, Varint>() != 0) {
+        return decodeInOrder<Record, Varint>(at, last, varintsBefore, record);
     } else {
-        return goOn(source, decode<Type, Varint>(nested, source.input(), source.at, until));
+        return decodeAnyOrder<Record, Varint>(at, last, varintsBefore, record, 0);
     }
 }
 
-template <class Field, bool Varint>
-ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint>& source,
+// --- Unions
+
+/// Members by their tags as the bytes they travel as, for those that take as many as the longest
+/// one; the others have none here and are read as data.
+template <bool Varint>
+struct TagLabels {
+    template <class Union, size_t... Index>
+    static constexpr size_t longest(std::index_sequence<Index...>) {
+        return std::max({wire::TagBytes<Field<Union, Index>::tag(Varint)>::size...});
+    }
+
+    template <class Union>
+    static constexpr size_t size = longest<Union>(FieldIndices<Union>{});
+
+    template <class Union, size_t Index>
+    static constexpr uint32_t at() {
+        if constexpr (Index < Fields<Union>::Rows::count) {
+            using Tag = wire::TagBytes<Field<Union, Index>::tag(Varint)>;
+            if constexpr (Tag::size == size<Union>) {
+                return Tag::packed();
+            }
+        }
+        return UINT32_MAX - Index;
+    }
+};
+
+/// Instead of the number of a union's field: it has no straight-line code.
+constexpr uint32_t apart = UINT32_MAX - 1;
+
+/// Reads the one field of a union, up to the end of `source`. Returns its number or `lost`. The tag
+/// tells which it is: the selector may come behind the union.
+template <class Union, bool Varint, bool Inlining>
+ZRP_INLINE uint32_t decodeMember(char* value, PredictingSource<Varint, Inlining>& source) {
+    using Labels = TagLabels<Varint>;
+    constexpr size_t tagSize = Labels::template size<Union>;
+    uint32_t number = apart;
+    if (source.template holdsTag<tagSize>()) {
+        number = withLabel<Union, Labels>(
+            source.template tagAhead<tagSize>(),
+            [&]<class Member>(Member member) ZRP_INLINE_LAMBDA {
+                if constexpr (Member::isNested && !isStraightInside<typename Member::type>) {
+                    return apart;
+                } else {
+                    const bool isRead =
+                        takeField(member, value, source) == 0 && source.at <= source.until();
+                    return isRead ? Member::number() : lost;
+                }
+            },
+            [] { return apart; });
+    }
+    if (number != apart) {
+        return number;
+    }
+    const DecodeStep step = decodeApart({typeIndex<Union>, Care::certain, Varint}, value, source.at,
+                                        source.last(), source.varintsBefore());
+    source.at = step.at;
+    return step.result == 0 ? step.number : lost;
+}
+
+/// Where the field of a union ended, and its number or `lost`. Travels in registers.
+struct DecodedMember {
+    const char* at;
+    uint32_t number;
+};
+
+/// The same out of line, from `at` to the byte at `last`.
+template <class Union, bool Varint>
+DecodedMember decodeMember(const char* at, const char* last, const char* varintsBefore,
+                           char* value) {
+    PredictingSource<Varint, true> source(at, last, varintsBefore);
+    const uint32_t number = decodeMember<Union>(value, source);
+    return {source.at, number};
+}
+
+// --- Nested values
+
+/// Reads a nested value up to the byte at `last`. Returns the number of a union's field, 1 for a
+/// structure, or `lost`.
+template <class Field, bool Varint, bool Inlining>
+ZRP_INLINE uint32_t decodeNestedTo(const char* last, char* nested,
+                                   PredictingSource<Varint, Inlining>& source) {
+    using Type = typename Field::type;
+    constexpr bool isUnion = Field::kind() == Kind::selectedUnion;
+    // What is steady alone has code of its own anyway, and the most.
+    constexpr bool isInlined = Field::isHot && Inlining && !isStraightAlone<Type>;
+    if constexpr (!isStraightInside<Type>) {
+        const DecodeStep step = decodeApart({typeIndex<Type>, Care::certain, Varint}, nested,
+                                            source.at, last, source.varintsBefore());
+        source.at = step.at;
+        return step.result != 0 ? lost : isUnion ? step.number : 1;
+    } else if constexpr (isInlined) {
+        PredictingSource<Varint, Inlining> inside(source.at, last, source.varintsBefore());
+        uint32_t number = lost;
+        if constexpr (isUnion) {
+            number = decodeMember<Type>(nested, inside);
+        } else if (decodeInOrder<Type>(nested, inside, FieldIndices<Type>{})) {
+            number = 1;
+        }
+        source.at = inside.at;
+        return number;
+    } else if constexpr (isUnion) {
+        const DecodedMember member =
+            decodeMember<Type, Varint>(source.at, last, source.varintsBefore(), nested);
+        source.at = member.at;
+        return member.number;
+    } else {
+        const bool isRead = decode<Type, Varint>(source.at, last, source.varintsBefore(), nested);
+        source.at = last + 1;
+        return isRead ? 1 : lost;
+    }
+}
+
+template <class Field, bool Varint, bool Inlining>
+ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint, Inlining>& source,
                             uint32_t length) {
     if constexpr (Field::isNested) {
-        using Type = typename Field::type;
-        char* const nested = record + field.offset();
-        if constexpr (isStraightInside<Type>) {
-            // A selector is known only after all that came before was read along the rows.
-            const bool isExpected =
-                Field::kind() == Kind::structure || !source.input().isSurprising;
-            if (isExpected && length <= static_cast<size_t>(source.until() - source.at)) {
-                const long long expected = static_cast<long long>(field.governor(record));
-                const int result =
-                    decodeStraight(field, nested, expected, source, source.at + length);
-                if (Field::kind() == Kind::structure && result == 0) {
-                    governNested(field, record, 1);
-                }
-                // A union that is what its selector expects leaves the selector as it is.
-                if (Field::kind() == Kind::structure || result <= 0) {
-                    return result;
-                }
-            }
-            source.input().isSurprising = true;
+        if (length > static_cast<size_t>(source.until() - source.at)) {
+            return surprise;
         }
-        const DecodeStep step = decodeShared({typeIndex<Type>, Varint, 0}, nested, source.input(),
-                                             source.at, source.input().endOf(source.at, length));
-        if (step.result == 0) {
-            governNested(field, record, step.number);
+        const uint32_t number =
+            decodeNestedTo<Field>(source.at + length - 1, record + field.offset(), source);
+        if (number == lost) {
+            return surprise;
         }
-        return goOn(source, step);
+        governNested(field, record, number);
+        return 0;
     } else {
         return 0;  // unreachable: decodeField calls this for structures and unions only
     }
@@ -288,13 +426,14 @@ inline int decodeFrom(Record& object, BrxReadBuf& buf, uint64_t length) {
         if (buf.position < buf.length && length - 1 < buf.length - buf.position) {
             const char* const from = buf.beginPtr + buf.position;
             const char* const until = from + length;
-            const Input input(buf.beginPtr, buf.length, until, Varint);
-            const DecodeStep step = decode<Record, Varint>(record, input, from, until);
-            buf.position = input.offsetOf(step.at);
-            return step.result;
+            if (decode<Record, Varint>(
+                    from, until - 1, Varint ? varintsBefore(buf.beginPtr, until) : until, record)) {
+                buf.position += static_cast<size_t>(length);
+                return 0;
+            }
         }
     }
-    return decodeShared(typeIndex<Record>, Varint, record, nullptr, buf, length);
+    return decodeShared({typeIndex<Record>, careFor<Record>, Varint}, record, nullptr, buf, length);
 }
 
 }  // namespace quorva_zrp::codec

@@ -87,4 +87,18 @@ uint64_t largestNow(uint8_t type, const char* record, bool varint) {
     return sum;
 }
 
+int encodeInto(uint8_t type, bool varint, Encoder encode, uint64_t largest, const char* record,
+               BrxWriteBuf& buf) {
+    // Deliberate: a broken buffer counts as full, so that the step-by-step code meets it and
+    // reports it.
+    const size_t room = buf.position <= buf.length ? buf.length - buf.position : 0;
+    if (room < largest && room < largestNow(type, record, varint)) {
+        CheckedSink sink(buf, varint);
+        return encodeChecked(type, record, 0, sink);
+    }
+    const EncodeStep step = encode(record, buf.beginPtr + buf.position);
+    buf.position = static_cast<size_t>(step.at - buf.beginPtr);
+    return step.result;
+}
+
 }  // namespace quorva_zrp::codec

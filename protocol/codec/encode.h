@@ -99,7 +99,7 @@ ZRP_INLINE int encodeMember(const char* value, long long selector, Sink& sink) {
 }
 
 template <class Record, bool Varint>
-EncodeStep encodeUnchecked(const char* record, char* to) {
+inline EncodeStep encodeUnchecked(const char* record, char* to) {
     UncheckedSink<Varint> sink(to);
     const int result = encodeFields<Record>(record, sink, FieldIndices<Record>{});
     return {sink.at, result};
@@ -164,39 +164,34 @@ ZRP_INLINE uint64_t bytesBehind(const char* record) {
     }
 }
 
-/// Whether the largest record of the type, with the bytes behind this one, fits into `room` bytes
-/// less `reserved`.
+/// The most bytes that the fields of any record of the type take with the bytes behind this one.
 template <class Record>
-ZRP_INLINE bool fitsAlways(const char* record, size_t room, size_t reserved, bool varint) {
-    constexpr size_t largestVarint = Fields<Record>::largestBody(true);
-    constexpr size_t largestFixed = Fields<Record>::largestBody(false);
-    const size_t needed = reserved + (varint ? largestVarint : largestFixed);
-    return room >= needed && room - needed >= bytesBehind<Record>(record);
+ZRP_INLINE uint64_t largestAlways(const char* record, bool varint) {
+    constexpr uint64_t largestVarint = Fields<Record>::largestBody(true);
+    constexpr uint64_t largestFixed = Fields<Record>::largestBody(false);
+    return (varint ? largestVarint : largestFixed) + bytesBehind<Record>(record);
 }
 
-/// Whether the fields of `record` are sure to fit into `room` bytes.
-template <class Record>
-inline bool fitsNow(const char* record, size_t room, bool varint) {
-    return room >= largestNow(typeIndex<Record>, record, varint);
-}
+/// `encodeUnchecked` of one structure and flavour.
+using Encoder = EncodeStep (*)(const char* record, char* to);
+
+/// Writes the fields of a structure at the position of `buf`: by `encode` where they are sure to
+/// fit, as they are when `largest` bytes do.
+int encodeInto(uint8_t type, bool varint, Encoder encode, uint64_t largest, const char* record,
+               BrxWriteBuf& buf);
 
 /// Writes the fields of a structure at the position of `buf`.
 template <bool Varint, class Record>
 inline int encode(const Record& object, BrxWriteBuf& buf) {
     const char* const record = bytesOf(object);
+    constexpr uint8_t type = typeIndex<Record>;
     if constexpr (isStraightAlone<Record>) {
-        // Deliberate: a broken buffer counts as full, so that the step-by-step code meets it and
-        // reports it.
-        const size_t room = buf.position <= buf.length ? buf.length - buf.position : 0;
-        if (fitsAlways<Record>(record, room, 0, Varint) || fitsNow<Record>(record, room, Varint)) {
-            const EncodeStep step =
-                encodeUnchecked<Record, Varint>(record, buf.beginPtr + buf.position);
-            buf.position = static_cast<size_t>(step.at - buf.beginPtr);
-            return step.result;
-        }
+        return encodeInto(type, Varint, encodeUnchecked<Record, Varint>,
+                          largestAlways<Record>(record, Varint), record, buf);
+    } else {
+        CheckedSink sink(buf, Varint);
+        return encodeChecked(type, record, 0, sink);
     }
-    CheckedSink sink(buf, Varint);
-    return encodeChecked(typeIndex<Record>, record, 0, sink);
 }
 
 /// Writes the member of a union that `selector` names at the position of `buf`. Unions travel in

@@ -20,6 +20,15 @@ int packShared(uint8_t type, const char* value, long long selector, char* buffer
     return result;
 }
 
+int packTight(uint8_t type, const char* record, char* buffer, size_t size, size_t* usedSize,
+              bool varint, Encoder encode) {
+    if (buffer == nullptr || size < envelopeSize ||
+        size - envelopeSize < largestNow(type, record, varint)) {
+        return packShared(type, record, 0, buffer, size, usedSize, varint);
+    }
+    return packUnchecked(buffer, usedSize, varint, encode(record, buffer + envelopeSize));
+}
+
 int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     if (buffer == nullptr) {
         return Quorva::BRX_ERR_NULL_ARG;
@@ -40,8 +49,8 @@ int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     return 0;
 }
 
-int unpackShared(uint8_t type, char* value, long long* selector, const char* buffer, size_t size,
-                 size_t* usedSize) {
+int unpackShared(uint8_t type, Care care, char* value, long long* selector, const char* buffer,
+                 size_t size, size_t* usedSize) {
     Envelope envelope;
     if (const int result = readEnvelope(buffer, size, envelope); result != 0) {
         return result;
@@ -49,7 +58,7 @@ int unpackShared(uint8_t type, char* value, long long* selector, const char* buf
     BrxReadBuf buf(buffer, size);
     buf.position = envelopeSize;
     const int result =
-        decodeShared(type, envelope.varint, value, selector, buf, envelope.bodyLength);
+        decodeShared({type, care, envelope.varint}, value, selector, buf, envelope.bodyLength);
     if (usedSize != nullptr) {
         *usedSize = buf.position;
     }

@@ -30,6 +30,11 @@ ZRP_INLINE int packUnchecked(char* buffer, size_t* usedSize, bool varint, Encode
 int packShared(uint8_t type, const char* value, long long selector, char* buffer, size_t size,
                size_t* usedSize, bool varint);
 
+/// Encodes a structure where the room is less than the largest one of its type takes: by `encode`
+/// if this one is sure to fit.
+int packTight(uint8_t type, const char* record, char* buffer, size_t size, size_t* usedSize,
+              bool varint, Encoder encode);
+
 // --- Decoding -----------------------------------------------------------------------------------
 
 /// What an envelope says.
@@ -43,7 +48,7 @@ int readEnvelope(const char* buffer, size_t size, Envelope& envelope);
 
 /// Checks the envelope and decodes the fields behind it step by step; `*usedSize` is written once
 /// decoding has begun.
-int unpackShared(uint8_t type, char* value, long long* selector, const char* buffer, size_t size,
-                 size_t* usedSize);
+int unpackShared(uint8_t type, Care care, char* value, long long* selector, const char* buffer,
+                 size_t size, size_t* usedSize);
 
 }  // namespace quorva_zrp::codec

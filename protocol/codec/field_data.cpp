@@ -23,6 +23,8 @@ constexpr FieldData dataOf() {
     field.governorOffset = static_cast<uint16_t>(Row::Governor::offset);
     field.governorSize = static_cast<uint8_t>(Row::Governor::size);
     field.fieldKind = Row::kind();
+    field.wireTypes[0] = wireTypeOf<Type>(false);
+    field.wireTypes[1] = wireTypeOf<Type>(true);
     if constexpr (Row::kind() == Kind::integer) {
         field.integerSize = sizeof(Type);
         field.integerIsSigned = std::is_signed_v<Type>;
@@ -93,26 +95,5 @@ constexpr CatalogueData makeCatalogue(TypeList<Message...>) {
 }  // namespace
 
 constexpr CatalogueData catalogue = makeCatalogue(Catalogue{});
-
-uint32_t FieldData::tag(bool varint) const {
-    uint32_t wireType = wireDelimited;
-    if (fieldKind == Kind::integer) {
-        wireType = integerSize == 1 ? wire1Byte
-                   : varint         ? wireVarint
-                                    : wire2Bytes + (integerSize >> 2);
-    }
-    return makeTag(fieldNumber, wireType);
-}
-
-const FieldData* TableData::search(uint32_t number) const {
-    if (number > (end() - 1)->fieldNumber) {
-        return nullptr;  // as unknown fields are, most times
-    }
-    // There is one: the last field's number is at least as large.
-    const FieldData* const field = std::lower_bound(
-        begin(), end(), number,
-        [](const FieldData& before, uint32_t wanted) { return before.fieldNumber < wanted; });
-    return field->fieldNumber == number ? field : nullptr;
-}
 
 }  // namespace quorva_zrp::codec

@@ -56,6 +56,7 @@ struct FieldData {
     Kind fieldKind;
     uint8_t integerSize;  ///< bytes of an integer
     bool integerIsSigned;
+    uint8_t wireTypes[2];                  ///< without varints and with them
     char defaultText[longestDefaultText];  ///< what construct() gives a text
 
     size_t offset() const { return fieldOffset; }
@@ -63,7 +64,7 @@ struct FieldData {
     size_t capacity() const { return elements; }
     bool isGoverned() const { return governorSize != 0; }
     bool mayBeAbsent() const { return isGoverned() && fieldKind != Kind::selectedUnion; }
-    uint32_t tag(bool varint) const;
+    uint32_t tag(bool varint) const { return makeTag(fieldNumber, wireTypes[varint ? 1 : 0]); }
 
     uint64_t governor(const char* record) const {
         const char* const from = record + governorOffset;
@@ -129,8 +130,8 @@ struct TableData {
         return number <= UINT32_MAX ? find(static_cast<uint32_t>(number)) : nullptr;
     }
 
-  private:
-    const FieldData* search(uint32_t number) const;
+    /// Where the field of this number is, or `fieldCount`.
+    uint32_t indexOf(uint32_t number) const;
 };
 
 /// The type of a nested value in a list, else an empty list.
@@ -174,11 +175,25 @@ inline const FieldData* TableData::begin() const {
     return catalogue.fields + firstField;
 }
 
-inline const FieldData* TableData::find(uint32_t number) const {
+inline uint32_t TableData::indexOf(uint32_t number) const {
     const FieldData* const fields = begin();
-    const uint32_t index = number - firstNumber;
-    return index < fieldCount && fields[index].fieldNumber == number ? fields + index
-                                                                     : search(number);
+    const uint32_t expected = number - firstNumber;
+    if (expected < fieldCount && fields[expected].fieldNumber == number) {
+        return expected;
+    }
+    uint32_t index = 0;
+    if (number > fields[fieldCount - 1].fieldNumber) {
+        return fieldCount;  // as unknown fields are, most times
+    }
+    while (fields[index].fieldNumber < number) {
+        ++index;
+    }
+    return fields[index].fieldNumber == number ? index : fieldCount;
+}
+
+inline const FieldData* TableData::find(uint32_t number) const {
+    const uint32_t index = indexOf(number);
+    return index != fieldCount ? begin() + index : nullptr;
 }
 
 }  // namespace quorva_zrp::codec

@@ -12,49 +12,44 @@ namespace quorva_zrp::codec {
 
 // --- Encoding and decoding with an envelope -----------------------------------------------------
 
+/// Encodes where there is room for all records of the type. Apart from `packMessage`, which then
+/// has nothing to save around calls.
 template <bool Varint, class Record>
-inline int packStraight(const char* record, char* buffer, size_t* usedSize) {
+ZRP_APART int packStraight(const char* record, char* buffer, size_t* usedSize) {
     return packUnchecked(buffer, usedSize, Varint,
                          encodeUnchecked<Record, Varint>(record, buffer + envelopeSize));
-}
-
-/// Encodes where the room is less than the largest encoding of the type takes.
-template <class Record>
-ZRP_SELDOM int packTight(const char* record, char* buffer, size_t size, size_t* usedSize,
-                         bool varint) {
-    if (buffer != nullptr && size >= envelopeSize &&
-        fitsNow<Record>(record, size - envelopeSize, varint)) {
-        return varint ? packStraight<true, Record>(record, buffer, usedSize)
-                      : packStraight<false, Record>(record, buffer, usedSize);
-    }
-    return packShared(typeIndex<Record>, record, 0, buffer, size, usedSize, varint);
 }
 
 template <class Record>
 inline int packMessage(const Record& object, char* buffer, size_t size, size_t* usedSize,
                        bool varint) {
     const char* const record = bytesOf(object);
+    constexpr uint8_t type = typeIndex<Record>;
     if constexpr (!isStraightAlone<Record>) {
-        return packShared(typeIndex<Record>, record, 0, buffer, size, usedSize, varint);
-    } else if (buffer == nullptr || !fitsAlways<Record>(record, size, envelopeSize, varint)) {
-        return packTight<Record>(record, buffer, size, usedSize, varint);
+        return packShared(type, record, 0, buffer, size, usedSize, varint);
+    } else if (buffer == nullptr || size < envelopeSize + largestAlways<Record>(record, varint)) {
+        constexpr Encoder encodeVarint = encodeUnchecked<Record, true>;
+        constexpr Encoder encodeFixed = encodeUnchecked<Record, false>;
+        return packTight(type, record, buffer, size, usedSize, varint,
+                         varint ? encodeVarint : encodeFixed);
     } else {
         return varint ? packStraight<true, Record>(record, buffer, usedSize)
                       : packStraight<false, Record>(record, buffer, usedSize);
     }
 }
 
-template <bool Varint, class Record>
-inline int unpackStraight(Record& object, const char* buffer, size_t size, size_t declared,
-                          size_t* usedSize) {
-    const char* const until = buffer + declared;
-    const Input input(buffer, size, until, Varint);
-    const DecodeStep step =
-        decode<Record, Varint>(bytesOf(object), input, buffer + envelopeSize, until);
+/// Decodes a message of `declared` bytes if it is one as encoders write them. `*usedSize` is stored
+/// beforehand, so that it need not be kept: where this fails, whatever reads the message instead
+/// stores it again.
+template <class Record, bool Varint>
+ZRP_INLINE bool unpackStraight(Record& object, const char* buffer, size_t declared,
+                               size_t* usedSize) {
     if (usedSize != nullptr) {
-        *usedSize = input.offsetOf(step.at);
+        *usedSize = declared;
     }
-    return step.result;
+    const char* const until = buffer + declared;
+    return decode<Record, Varint>(buffer + envelopeSize, until - 1,
+                                  Varint ? varintsBefore(buffer, until) : until, bytesOf(object));
 }
 
 template <class Record>
@@ -64,17 +59,17 @@ inline int unpackMessage(Record& object, const char* buffer, size_t size, size_t
             const uint8_t magic = static_cast<uint8_t>(buffer[0]);
             const size_t declared = wire::loadHighFirst<uint32_t>(buffer + 1);
             // Below 5 the difference wraps and is too much, too.
-            if (declared - envelopeSize <= size - envelopeSize) {
-                if (magic == magicVarint) {
-                    return unpackStraight<true>(object, buffer, size, declared, usedSize);
-                }
-                if (magic == magicFixed) {
-                    return unpackStraight<false>(object, buffer, size, declared, usedSize);
-                }
+            if (declared - envelopeSize <= size - envelopeSize &&
+                (magic == magicVarint
+                     ? unpackStraight<Record, true>(object, buffer, declared, usedSize)
+                     : magic == magicFixed &&
+                           unpackStraight<Record, false>(object, buffer, declared, usedSize))) {
+                return 0;
             }
         }
     }
-    return unpackShared(typeIndex<Record>, bytesOf(object), nullptr, buffer, size, usedSize);
+    return unpackShared(typeIndex<Record>, careFor<Record>, bytesOf(object), nullptr, buffer, size,
+                        usedSize);
 }
 
 // --- The rest -----------------------------------------------------------------------------------
@@ -189,48 +184,48 @@ inline const char* visualizeText(const Record& record, char* text, size_t size, 
     }
 
 /// Defines every operation of union `Type`.
-#define ZRP_DEFINE_UNION(Type)                                                                     \
-    int Type::construct() {                                                                        \
-        memset(static_cast<void*>(this), 0, sizeof(*this));                                        \
-        return 0;                                                                                  \
-    }                                                                                              \
-    int Type::construct(long long selector) {                                                      \
-        codec::construct(codec::typeIndex<Type>, codec::bytesOf(*this), selector);                 \
-        return 0;                                                                                  \
-    }                                                                                              \
-    int Type::packTLV(long long selector, char* buffer, size_t size, size_t* usedSize,             \
-                      bool varint) const {                                                         \
-        return codec::packShared(codec::typeIndex<Type>, codec::bytesOf(*this), selector, buffer,  \
-                                 size, usedSize, varint);                                          \
-    }                                                                                              \
-    int Type::packTLVWithVarint(long long selector, Quorva::BrxWriteBuf& buf) const {              \
-        return codec::encode<true>(*this, selector, buf);                                          \
-    }                                                                                              \
-    int Type::packTLVNoVarint(long long selector, Quorva::BrxWriteBuf& buf) const {                \
-        return codec::encode<false>(*this, selector, buf);                                         \
-    }                                                                                              \
-    int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) {  \
-        return codec::unpackShared(codec::typeIndex<Type>, codec::bytesOf(*this), &selector,       \
-                                   buffer, size, usedSize);                                        \
-    }                                                                                              \
-    int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {   \
-        return codec::decodeShared(codec::typeIndex<Type>, true, codec::bytesOf(*this), &selector, \
-                                   buf, length);                                                   \
-    }                                                                                              \
-    int Type::unpackTLVNoVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {     \
-        return codec::decodeShared(codec::typeIndex<Type>, false, codec::bytesOf(*this),           \
-                                   &selector, buf, length);                                        \
-    }                                                                                              \
-    int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                               \
-        return codec::largestSize<Type>(size, varint);                                             \
-    }                                                                                              \
-    int Type::visualize(long long selector, Quorva::BrxWriteBuf& buf, int indent, char separator)  \
-        const {                                                                                    \
-        return codec::print<Type>(codec::bytesOf(*this), selector, {buf, indent, separator});      \
-    }                                                                                              \
-    int Type::visualize(long long selector, char* buf, size_t size, size_t* used, int indent,      \
-                        char separator) const {                                                    \
-        return codec::visualizeInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {              \
-            return visualize(selector, page, indent, separator);                                   \
-        });                                                                                        \
+#define ZRP_DEFINE_UNION(Type)                                                                    \
+    int Type::construct() {                                                                       \
+        memset(static_cast<void*>(this), 0, sizeof(*this));                                       \
+        return 0;                                                                                 \
+    }                                                                                             \
+    int Type::construct(long long selector) {                                                     \
+        codec::construct(codec::typeIndex<Type>, codec::bytesOf(*this), selector);                \
+        return 0;                                                                                 \
+    }                                                                                             \
+    int Type::packTLV(long long selector, char* buffer, size_t size, size_t* usedSize,            \
+                      bool varint) const {                                                        \
+        return codec::packShared(codec::typeIndex<Type>, codec::bytesOf(*this), selector, buffer, \
+                                 size, usedSize, varint);                                         \
+    }                                                                                             \
+    int Type::packTLVWithVarint(long long selector, Quorva::BrxWriteBuf& buf) const {             \
+        return codec::encode<true>(*this, selector, buf);                                         \
+    }                                                                                             \
+    int Type::packTLVNoVarint(long long selector, Quorva::BrxWriteBuf& buf) const {               \
+        return codec::encode<false>(*this, selector, buf);                                        \
+    }                                                                                             \
+    int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) { \
+        return codec::unpackShared(codec::typeIndex<Type>, codec::Care::quick,                    \
+                                   codec::bytesOf(*this), &selector, buffer, size, usedSize);     \
+    }                                                                                             \
+    int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {  \
+        return codec::decodeShared({codec::typeIndex<Type>, codec::Care::quick, true},            \
+                                   codec::bytesOf(*this), &selector, buf, length);                \
+    }                                                                                             \
+    int Type::unpackTLVNoVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {    \
+        return codec::decodeShared({codec::typeIndex<Type>, codec::Care::quick, false},           \
+                                   codec::bytesOf(*this), &selector, buf, length);                \
+    }                                                                                             \
+    int Type::getTLVMaxPackedSize(size_t* size, bool varint) const {                              \
+        return codec::largestSize<Type>(size, varint);                                            \
+    }                                                                                             \
+    int Type::visualize(long long selector, Quorva::BrxWriteBuf& buf, int indent, char separator) \
+        const {                                                                                   \
+        return codec::print<Type>(codec::bytesOf(*this), selector, {buf, indent, separator});     \
+    }                                                                                             \
+    int Type::visualize(long long selector, char* buf, size_t size, size_t* used, int indent,     \
+                        char separator) const {                                                   \
+        return codec::visualizeInto(buf, size, used, [&](Quorva::BrxWriteBuf& page) {             \
+            return visualize(selector, page, indent, separator);                                  \
+        });                                                                                       \
     }

@@ -21,6 +21,15 @@
 #define ZRP_INLINE_LAMBDA
 #define ZRP_SELDOM
 #endif
+/// In front of templates that several files instantiate: not inlined, and not specialised either,
+/// which would leave each file its own copy.
+#if defined(__clang__)
+#define ZRP_APART [[gnu::noinline]]
+#elif defined(__GNUC__)
+#define ZRP_APART [[gnu::noinline, gnu::noclone]]
+#else
+#define ZRP_APART
+#endif
 
 namespace quorva_zrp::codec {
 
@@ -209,7 +218,8 @@ struct DefaultValue {
 
 /// Marks a nested value that steady traffic passes: its code becomes part of its holder's straight
 /// line, which spares a call per level and costs a copy of the code per holder. Not where the
-/// library is compiled to be small.
+/// library is compiled to be small. Decoders leave it a call where its type has code for its own
+/// operations, and in code that only unusual orders of fields come to.
 struct Hot {};
 
 /// A text as a template argument.

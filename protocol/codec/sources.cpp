@@ -27,18 +27,29 @@ const char* takeBytes(const char* from, const char* until, char* to, size_t capa
     return from + size;
 }
 
-// --- QuickSource --------------------------------------------------------------------------------
+// --- Fields to step over -------------------------------------------------------------------------
 
-int QuickSource::longTag(uint32_t& tag) {
+const char* takeTag(const char* from, const char* until, uint32_t& tag) {
     tag = 0;
-    for (unsigned shift = 0; shift < 21 && at < until; shift += 7) {
-        const uint32_t byte = byteAt(at++, 0);
+    for (unsigned shift = 0; shift < 21 && from < until; shift += 7) {
+        const uint32_t byte = byteAt(from++, 0);
         tag |= (byte & 0x7F) << shift;
         if (byte < 0x80) {
-            return 0;
+            return from;
         }
     }
-    return surprise;
+    return nullptr;
+}
+
+// --- QuickSource --------------------------------------------------------------------------------
+
+int QuickSource::skip(uint32_t wireType) {
+    const char* const end = at < until ? skipValue(wireType, at, until) : nullptr;
+    if (end == nullptr) {
+        return surprise;
+    }
+    at = end;
+    return 0;
 }
 
 int QuickSource::length(uint32_t& value) {
@@ -67,47 +78,6 @@ int QuickSource::bytes(char* to, size_t capacity, size_t& stored) {
     }
     stored = static_cast<size_t>(end - at) - lengthSize;
     at = end;
-    return 0;
-}
-
-int QuickSource::skip(uint32_t wireType) {
-    size_t size = 0;
-    switch (wireType) {
-        case wireVarint: {
-            // 9 bytes are always a value; what 10 are is for CheckedSource to say, as what bytes
-            // are that end nowhere.
-            constexpr size_t sureValue = longestVarint - 1;
-            if (remaining() <= sureValue && (remaining() == 0 || byteAt(until - 1, 0) >= 0x80)) {
-                return surprise;
-            }
-            for (size_t i = 0; i < sureValue; ++i) {
-                if (byteAt(at++, 0) < 0x80) {
-                    return 0;
-                }
-            }
-            return surprise;
-        }
-        case wire1Byte:
-        case wire2Bytes:
-        case wire4Bytes:
-        case wire8Bytes:
-            size = size_t{1} << (wireType - wire1Byte);
-            break;
-        case wireDelimited: {
-            uint32_t value = 0;
-            if (const int result = length(value); result != 0) {
-                return result;
-            }
-            size = value;
-            break;
-        }
-        default:
-            return surprise;
-    }
-    if (remaining() < size) {
-        return surprise;
-    }
-    at += size;
     return 0;
 }
 

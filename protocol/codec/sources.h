@@ -2,8 +2,8 @@
 // `text`, `bytes`); each returns 0, a result code, or `surprise`.
 //
 // CheckedSource goes through BrxReadBuf step by step. PredictingSource and QuickSource read what an
-// encoder of this protocol writes for input that is all there; whatever else they meet they store
-// nothing of and report as a surprise, and the field is then read again through CheckedSource.
+// encoder of this protocol writes for input that is all there; of whatever else they meet they
+// store nothing and report a surprise: then CheckedSource reads that field, or all.
 #pragma once
 
 #include "protocol/codec/field_data.h"
@@ -22,42 +22,30 @@ constexpr int otherTag = 2;
 
 constexpr size_t longestVarint = largestInteger(sizeof(uint64_t), true);
 
+/// Varints that begin before this point and after `begin` have their end in front of `until`, or
+/// take 10 bytes of what is in front of it, which no varint of an encoder exceeds: their bytes need
+/// no bounds checks. Where a message ends in the middle of a varint, or in bytes that look like
+/// that, its last bytes are not among them.
+ZRP_INLINE const char* sureVarintsBefore(const char* begin, const char* until) {
+    constexpr ptrdiff_t room = longestVarint - 1;
+    return until - begin > room ? until - room : begin;
+}
+/// The same for a message of which at least one byte is in front of `until`.
+ZRP_INLINE const char* varintsBefore(const char* begin, const char* until) {
+    return Quorva::brx_detail::byteAt(until - 1, 0) < 0x80 ? until
+                                                           : sureVarintsBefore(begin, until);
+}
+
 /// The bytes being decoded.
 struct Input {
     const char* begin;
-    size_t size;  ///< bytes that may be read
-    /// Whether anything came that an encoder would not have written.
-    mutable bool isSurprising = false;
-
-    /// A varint that begins before this point has its end inside the message, or 10 bytes of it,
-    /// which no varint of an encoder exceeds: its bytes need no bounds checks of their own.
-    const char* varintsBefore;
-
-    /// A message that ends at `end`, at least 1 and at most `bytes` behind `from`; prediction looks
-    /// no further. Where it ends in the middle of a varint, or in bytes that look like that, the
-    /// varints in its last bytes are surprises.
-    ZRP_INLINE Input(const char* from, size_t bytes, const char* end, bool varint)
-        : begin(from), size(bytes), varintsBefore(end) {
-        if (varint && Quorva::brx_detail::byteAt(end - 1, 0) >= 0x80) {
-            varintsBefore = sureVarintsBefore(end);
-        }
-    }
-
-    /// The same without looking at the last byte.
-    Input(const char* from, size_t bytes)
-        : begin(from), size(bytes), varintsBefore(sureVarintsBefore(from + bytes)) {}
+    size_t size;                ///< bytes that may be read
+    const char* varintsBefore;  ///< what the function of this name says
 
     size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
 
     /// Where `length` bytes from `at` on would end. In 64 bits, so that no declared length wraps.
     uint64_t endOf(const char* at, uint64_t length) const { return offsetOf(at) + length; }
-
-  private:
-    /// Before this point there is room for the longest varint.
-    const char* sureVarintsBefore(const char* end) const {
-        constexpr ptrdiff_t room = longestVarint - 1;
-        return end - begin > room ? end - room : begin;
-    }
 };
 
 // Delimited values, where the 4 bytes of their length are known to be there: each returns where the
@@ -67,12 +55,61 @@ struct Input {
 const char* takeText(const char* from, const char* until, char* to, size_t capacity);
 const char* takeBytes(const char* from, const char* until, char* to, size_t capacity);
 
-template <bool Varint>
+/// The end of a tag of at most three bytes, which all of the catalogue take; null where it does not
+/// end there.
+const char* takeTag(const char* from, const char* until, uint32_t& tag);
+/// Steps over `Size` bytes. With a branch of its own for every size, so that processors guess where
+/// the next field begins instead of waiting for the tag.
+template <size_t Size>
+ZRP_INLINE const char* skipBytes(const char* from, const char* until) {
+    if (until - from < static_cast<ptrdiff_t>(Size)) [[unlikely]] {
+        return nullptr;
+    }
+    return from + Size;
+}
+
+/// The end of a value of any field. Null, too, where it may be one that no encoder writes.
+ZRP_INLINE const char* skipValue(uint32_t wireType, const char* from, const char* until) {
+    switch (wireType) {
+        case wireVarint:
+            // 9 bytes are always a value; what 10 are is for CheckedSource to say.
+            for (size_t i = 1; i < longestVarint && from < until; ++i) {
+                if (Quorva::brx_detail::byteAt(from++, 0) < 0x80) {
+                    return from;
+                }
+            }
+            return nullptr;
+        case wire1Byte:
+            return skipBytes<1>(from, until);
+        case wire2Bytes:
+            return skipBytes<2>(from, until);
+        case wire4Bytes:
+            return skipBytes<4>(from, until);
+        case wire8Bytes:
+            return skipBytes<8>(from, until);
+        case wireDelimited: {
+            const char* const value = skipBytes<lengthSize>(from, until);
+            if (value == nullptr) {
+                return nullptr;
+            }
+            const uint32_t length = wire::loadHighFirst<uint32_t>(from);
+            if (length > static_cast<size_t>(until - value)) [[unlikely]] {
+                return nullptr;
+            }
+            return value + length;
+        }
+        default:
+            return nullptr;
+    }
+}
+
+/// `Inlining` says whether the code of hot nested values becomes part of that of their holder.
+template <bool Varint, bool Inlining>
 class PredictingSource {
   public:
-    /// Reads from `from` up to `until`, which is no further than the end of the message.
-    ZRP_INLINE PredictingSource(const Input& input, const char* from, const char* until)
-        : at(from), input_(input), varintsBefore_(input.varintsBefore), last_(until - 1) {}
+    /// Reads from `from` up to the byte at `last`, which is no further than that of the message.
+    ZRP_INLINE PredictingSource(const char* from, const char* last, const char* varintsBefore)
+        : at(from), varintsBefore_(varintsBefore), last_(last) {}
 
     /// Steps over the tag of `Field` if it comes next and enough of its value follows to read on.
     template <class Field>
@@ -86,13 +123,35 @@ class PredictingSource {
         return true;
     }
 
+    /// Whether there is a tag of `Size` bytes and something behind it.
+    template <size_t Size>
+    ZRP_INLINE bool holdsTag() const {
+        return holds<Size + 1>();
+    }
+
+    /// The bytes of a tag of `Size` bytes, the first one lowest.
+    template <size_t Size>
+    ZRP_INLINE uint32_t tagAhead() const {
+        return static_cast<uint32_t>(wire::loadLowFirst<Size, 1>(at));
+    }
+
+    /// The number in the next tag, of one byte or two, where there is one; else some number.
+    ZRP_INLINE uint32_t numberAhead() const {
+        using Quorva::brx_detail::byteAt;
+        const uint32_t first = byteAt(at, 0);
+        if (first < 0x80) {
+            return first / 16;
+        }
+        return at < last_ ? (first & 0x7F) / 16 + byteAt(at, 1) * 8 : 0;
+    }
+
     /// Reads the integers of `Run` if all of them come next as they would with fixed widths, which
     /// takes one check of the room and no arithmetic on `at`.
-    template <class... Run>
+    template <bool IsAll, class... Run>
     ZRP_INLINE bool acceptFixed(char* record) {
         static_assert(!Varint);
         constexpr size_t size = (size_t{0} + ... + Run::smallestSize(Varint));
-        if (!holds<size>()) {
+        if (IsAll ? last_ - at != static_cast<ptrdiff_t>(size - 1) : !holds<size>()) {
             return false;
         }
         size_t offset = 0;
@@ -148,11 +207,12 @@ class PredictingSource {
         return result;
     }
 
-    const Input& input() const { return input_; }
+    ZRP_INLINE const char* varintsBefore() const { return varintsBefore_; }
 
     /// Where reading ends.
     ZRP_INLINE const char* until() const { return last_ + 1; }
-    ZRP_INLINE void setUntil(const char* until) { last_ = until - 1; }
+    /// The last byte that may be taken.
+    ZRP_INLINE const char* last() const { return last_; }
 
     const char* at;  ///< the next byte
 
@@ -184,9 +244,8 @@ class PredictingSource {
         return 0;
     }
 
-    const Input& input_;
     const char* const varintsBefore_;
-    const char* last_;  ///< the last byte that may be taken
+    const char* const last_;
 };
 
 // Integers whose size is known at run time.
@@ -252,7 +311,12 @@ class QuickSource {
             ++at;
             return 0;
         }
-        return longTag(tag);
+        const char* const end = takeTag(at, until, tag);
+        if (end == nullptr) {
+            return surprise;
+        }
+        at = end;
+        return 0;
     }
 
     ZRP_INLINE int integer(const FieldData& field, char* to) {
@@ -285,14 +349,10 @@ class QuickSource {
     int text(char* to, size_t capacity);
     int bytes(char* to, size_t capacity, size_t& stored);
 
-    /// Steps over a value that ends before the end.
     int skip(uint32_t wireType);
 
     /// Bytes that may be taken. A varint can go past the end that it begins before.
     size_t remaining() const { return at < until ? static_cast<size_t>(until - at) : 0; }
-
-  private:
-    int longTag(uint32_t& tag);  ///< of any size
 };
 
 class CheckedSource {

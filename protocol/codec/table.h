@@ -48,6 +48,18 @@ struct RowList {
         }
         return true;
     }
+
+    /// Where the row of this number is; `count` or more where there is none.
+    ZRP_INLINE static constexpr uint32_t indexOf(uint32_t number) {
+        constexpr uint32_t numbers[] = {Row::number()...};
+        if constexpr (numbers[count - 1] - numbers[0] == count - 1) {
+            return number - numbers[0];
+        } else {
+            uint32_t index = 0;
+            (void)((Row::number() == number || (++index, false)) || ...);
+            return index;
+        }
+    }
 };
 
 // --- Going through the rows of a type -----------------------------------------------------------
@@ -82,16 +94,6 @@ constexpr size_t leadingIntegers(std::index_sequence<Index...>) {
 
 namespace list {
 
-/// The number of the field at `Index`; past the end a number that no tag can carry.
-template <class Message, size_t Index>
-constexpr uint32_t numberAt() {
-    if constexpr (Index < Fields<Message>::Rows::count) {
-        return Field<Message, Index>::number();
-    } else {
-        return UINT32_MAX - Index;
-    }
-}
-
 template <class Message, size_t Index, class Found, class Missing>
 ZRP_INLINE auto visitAt(Found& found, Missing& missing) {
     if constexpr (Index < Fields<Message>::Rows::count) {
@@ -103,15 +105,15 @@ ZRP_INLINE auto visitAt(Found& found, Missing& missing) {
 
 }  // namespace list
 
-/// Calls `found` with the field of this number, or `missing`. A switch, since compilers turn it
-/// into a jump table or a search tree where they leave a fold over the numbers as a chain of
+/// Calls `found` with the field that has this label, or `missing`. A switch, since compilers turn
+/// it into a jump table or a search tree where they leave a fold over the labels as a chain of
 /// compares.
-template <class Message, class Found, class Missing>
-ZRP_INLINE auto withField(uint32_t number, Found found, Missing missing) {
+template <class Message, class Labels, class Found, class Missing>
+ZRP_INLINE auto withLabel(uint32_t label, Found found, Missing missing) {
     static_assert(Fields<Message>::Rows::count <= 16, "extend the list below");
-    switch (number) {
-#define ZRP_CASE(Index)                    \
-    case list::numberAt<Message, Index>(): \
+    switch (label) {
+#define ZRP_CASE(Index)                         \
+    case Labels::template at<Message, Index>(): \
         return list::visitAt<Message, Index>(found, missing);
         ZRP_CASE(0)
         ZRP_CASE(1)
@@ -133,6 +135,24 @@ ZRP_INLINE auto withField(uint32_t number, Found found, Missing missing) {
         default:
             return missing();
     }
+}
+
+/// Fields by their numbers; past the last one numbers that no tag can carry.
+struct NumberLabels {
+    template <class Message, size_t Index>
+    static constexpr uint32_t at() {
+        if constexpr (Index < Fields<Message>::Rows::count) {
+            return Field<Message, Index>::number();
+        } else {
+            return UINT32_MAX - Index;
+        }
+    }
+};
+
+/// Calls `found` with the field of this number, or `missing`.
+template <class Message, class Found, class Missing>
+ZRP_INLINE auto withField(uint32_t number, Found found, Missing missing) {
+    return withLabel<Message, NumberLabels>(number, found, missing);
 }
 
 /// The same for a selector: negative ones and those past 32 bits name nothing.

@@ -102,7 +102,10 @@ LoadedVarint loadLongVarint(const char* from, uint32_t two) {
         return {from + 4, four};
     }
     const uint32_t fifth = byteAt(from, 4);
-    return {fifth <= 0xF ? from + 5 : nullptr, addGroup(four, fifth, 28)};
+    if (fifth > 0xF) [[unlikely]] {
+        return {nullptr, 0};
+    }
+    return {from + 5, addGroup(four, fifth, 28)};
 }
 
 LoadedVarint loadLongVarint(const char* from, const char* varintsBefore) {

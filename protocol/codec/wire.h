@@ -178,7 +178,7 @@ LoadedVarint loadLongVarint(const char* from, const char* varintsBefore);
 /// The groups of `so` and the one in `byte`, which comes `shift` bits higher. The continuation bit
 /// of the group before stands where this one begins: it is taken out.
 inline uint32_t addGroup(uint32_t so, uint32_t byte, unsigned shift) {
-    return so + ((byte - 1) << shift);
+    return so + (byte << shift) - (uint32_t{1} << shift);
 }
 
 /// Loads a varint of `Bits` bits that has more than one group. Two, and all that 16 bits can take,
@@ -213,7 +213,7 @@ LoadedVarint loadGroupsShared(const char* from, const char* varintsBefore);
 template <unsigned Bits>
 ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* varintsBefore) {
     const uint32_t first = Quorva::brx_detail::byteAt(from, 0);
-    if (first < 0x80) {
+    if ((first & 0x80) == 0) {
         return {from + 1, first};
     }
     if constexpr (keepsCodeSmall) {

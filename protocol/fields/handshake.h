@@ -12,7 +12,7 @@ namespace quorva_zrp::codec {
 
 ZRP_STRUCTURE(TZRPSynHead,
     ZRP_ROW(1, b, KeyMethod),
-    ZRP_ROW(2, st, KeyInfo, ZRP_BY(bKeyMethod)),
+    ZRP_ROW(2, st, KeyInfo, ZRP_BY(bKeyMethod), Hot),
     ZRP_ROW(3, b, EncMethod),
     ZRP_ROW(4, ll, GameID),
     ZRP_ROW(5, i, UnitID),
@@ -24,7 +24,7 @@ ZRP_STRUCTURE(TZRPSynHead,
     ZRP_ROW(11, st, AuthReqInfo, ZRP_BY(bHasAuthInfo)),
     ZRP_ROW(12, b, SupportCompressMethodList),
     ZRP_ROW(13, b, RouteFlag),
-    ZRP_ROW(14, st, RouteInfo, ZRP_BY(bRouteFlag)),
+    ZRP_ROW(14, st, RouteInfo, ZRP_BY(bRouteFlag), Hot),
     ZRP_ROW(15, dw, Reserved));
 
 ZRP_STRUCTURE(TZRPAckHead,

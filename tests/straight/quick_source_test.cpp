@@ -42,7 +42,8 @@ struct Reader {
 
     Reader(Bytes all, bool varint, size_t behind = 0)
         : bytes(std::move(all)),
-          input(bytes.data(), bytes.size()),
+          input{bytes.data(), bytes.size(),
+                sureVarintsBefore(bytes.data(), bytes.data() + bytes.size())},
           source(input, bytes.data(), varint) {
         source.until = bytes.data() + bytes.size() - behind;
     }

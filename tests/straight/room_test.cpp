@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "protocol/codec/encode.h"
+#include "protocol/codec/envelope.h"
 #include "tests/differential/subject.h"
 #include "tests/oracle/record.h"
 #include "tests/support/every_type.h"
@@ -95,21 +95,46 @@ std::vector<TypePair> structures() {
     return pairs;
 }
 
+/// Stands in for straight-line code: says that it was taken.
+bool isTaken;
+codec::EncodeStep take(const char*, char* to) {
+    isTaken = true;
+    return {to, 0};
+}
+
+/// Whether a record is encoded by straight-line code into this much room.
+bool isStraightInto(uint8_t type, const char* record, bool varint, uint64_t largest, size_t room) {
+    Bytes bytes(room + 1);
+    Quorva::BrxWriteBuf buf(bytes.data(), room);
+    isTaken = false;
+    (void)codec::encodeInto(type, varint, take, largest, record, buf);
+    return isTaken;
+}
+
+/// The same with an envelope, in room that the largest record of the type would not fit into.
+bool isStraightPacked(uint8_t type, const char* record, bool varint, size_t room) {
+    Bytes bytes(room + 1);
+    isTaken = false;
+    (void)codec::packTight(type, record, bytes.data(), room, nullptr, varint, take);
+    return isTaken;
+}
+
 template <class Record>
 void expectRoomForTheLargest() {
     const Record record{};
+    const uint8_t type = codec::typeIndex<Record>;
+    const char* const bytes = codec::bytesOf(record);
     for (const bool varint : {true, false}) {
         const size_t largest = varint ? codec::Fields<Record>::largestBody(true)
                                       : codec::Fields<Record>::largestBody(false);
-        const char* const bytes = codec::bytesOf(record);
-        EXPECT_TRUE(codec::fitsAlways<Record>(bytes, largest, 0, varint));
-        EXPECT_TRUE(codec::fitsAlways<Record>(bytes, largest + 5, 5, varint));
-        EXPECT_FALSE(codec::fitsAlways<Record>(bytes, largest - 1, 0, varint));
-        EXPECT_FALSE(codec::fitsAlways<Record>(bytes, largest + 4, 5, varint));
-        const auto now =
-            static_cast<size_t>(codec::largestNow(codec::typeIndex<Record>, bytes, varint));
-        EXPECT_TRUE(codec::fitsNow<Record>(bytes, now, varint));
-        EXPECT_FALSE(codec::fitsNow<Record>(bytes, now - 1, varint));
+        EXPECT_EQ(largest, codec::largestAlways<Record>(bytes, varint));
+        const auto now = static_cast<size_t>(codec::largestNow(type, bytes, varint));
+        EXPECT_TRUE(isStraightInto(type, bytes, varint, UINT64_MAX, now));
+        EXPECT_FALSE(isStraightInto(type, bytes, varint, UINT64_MAX, now - 1));
+        EXPECT_TRUE(isStraightInto(type, bytes, varint, now - 2, now - 2));
+        EXPECT_FALSE(isStraightInto(type, bytes, varint, now - 2, now - 3));
+        EXPECT_TRUE(isStraightPacked(type, bytes, varint, now + 5));
+        EXPECT_FALSE(isStraightPacked(type, bytes, varint, now + 4));
     }
 }
 
@@ -148,8 +173,9 @@ TEST(RoomForTheLargest, GrowsByTheBytesBehindAFrame) {
     frame.stHead.stBase.dwBodyLen = 7;
     const char* const bytes = codec::bytesOf(frame);
     const size_t largest = codec::Fields<TZRPFrame>::largestBody(false);
-    EXPECT_TRUE(codec::fitsAlways<TZRPFrame>(bytes, largest + 7, 0, false));
-    EXPECT_FALSE(codec::fitsAlways<TZRPFrame>(bytes, largest + 6, 0, false));
+    EXPECT_EQ(largest + 7, codec::largestAlways<TZRPFrame>(bytes, false));
+    frame.stHead.stBase.dwBodyLen = UINT32_MAX;
+    EXPECT_EQ(uint64_t{largest} + UINT32_MAX, codec::largestAlways<TZRPFrame>(bytes, false));
 }
 
 }  // namespace zrp_test

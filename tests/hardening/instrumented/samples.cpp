@@ -1,7 +1,6 @@
 #include "tests/hardening/instrumented/samples.h"
 
-#include <stdlib.h>
-
+#include "tests/differential/rearrange.h"
 #include "tests/differential/wire_generator.h"
 #include "tests/oracle/oracle.h"
 #include "tests/oracle/record.h"
@@ -10,52 +9,7 @@ namespace zrp_test {
 
 namespace {
 
-using zrp_oracle::Field;
 using zrp_oracle::Type;
-
-void require(int result) {
-    if (result != 0) {
-        abort();
-    }
-}
-
-/// The fields of a sound encoding, the last one first, in nested values too: none comes where a
-/// decoder expects it.
-Bytes reversed(const Type& type, const Bytes& fields) {
-    Bytes out;
-    zrp_oracle::InputCursor in(fields.data(), fields.size());
-    const auto slice = [&](size_t begin, size_t end) {
-        return Bytes(fields.begin() + static_cast<std::ptrdiff_t>(begin),
-                     fields.begin() + static_cast<std::ptrdiff_t>(end));
-    };
-    while (in.used < in.size) {
-        const size_t begin = in.used;
-        uint64_t tag = 0;
-        uint64_t value = 0;
-        require(in.takeVarint(tag, 32));
-        const uint64_t typeId = tag % 16;
-        Bytes field;
-        if (typeId == 5) {
-            require(in.takeBigEndian(value, 4));
-            field = slice(begin, in.used);
-            const size_t contentBegin = in.used;
-            require(in.skip(static_cast<size_t>(value)));
-            Bytes content = slice(contentBegin, in.used);
-            const Field* const row =
-                zrp_oracle::fieldNumbered(type, static_cast<long long>(tag / 16));
-            if (row != nullptr && row->type != nullptr) {
-                content = reversed(*row->type, content);
-            }
-            field.insert(field.end(), content.begin(), content.end());
-        } else {
-            require(typeId == 0 ? in.takeVarint(value, 64)
-                                : in.takeBigEndian(value, size_t{1} << (typeId - 1)));
-            field = slice(begin, in.used);
-        }
-        out.insert(out.begin(), field.begin(), field.end());
-    }
-    return out;
-}
 
 Bytes reversedMessage(const Type& type, const Bytes& message) {
     Bytes out(message.begin(), message.begin() + 5);
