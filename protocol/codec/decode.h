@@ -159,7 +159,9 @@ template <class Record, bool Varint>
 ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* varintsBefore,
                               char* record, uint32_t seen) {
     constexpr uint32_t count = Fields<Record>::Rows::count;
-    static_assert(count <= 16, "extend the list below");
+    static_assert(count <= mostRows, "extend ZRP_FOR_ROWS");
+    static_assert(Field<Record, count - 1>::tag(Varint) < 1u << 14,
+                  "numberAhead tells all tags of a structure");
     PredictingSource<Varint, isStraightAlone<Record>> source(at, last, varintsBefore);
     uint32_t row = 0;
     goto firstRow;  // the switch would take as long as a field
@@ -175,22 +177,7 @@ ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* vari
         }                                                                                   \
         [[fallthrough]];
         firstRow:
-            ZRP_CASE(0)
-            ZRP_CASE(1)
-            ZRP_CASE(2)
-            ZRP_CASE(3)
-            ZRP_CASE(4)
-            ZRP_CASE(5)
-            ZRP_CASE(6)
-            ZRP_CASE(7)
-            ZRP_CASE(8)
-            ZRP_CASE(9)
-            ZRP_CASE(10)
-            ZRP_CASE(11)
-            ZRP_CASE(12)
-            ZRP_CASE(13)
-            ZRP_CASE(14)
-            ZRP_CASE(15)
+            ZRP_FOR_ROWS(ZRP_CASE)
 #undef ZRP_CASE
             default:
                 if (source.at == source.until()) {

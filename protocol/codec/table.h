@@ -105,32 +105,24 @@ ZRP_INLINE auto visitAt(Found& found, Missing& missing) {
 
 }  // namespace list
 
+/// The cases of a switch over the rows of a type, which has `mostRows` of them at most.
+#define ZRP_FOR_ROWS(CASE)                                                                    \
+    CASE(0)                                                                                   \
+    CASE(1) CASE(2) CASE(3) CASE(4) CASE(5) CASE(6) CASE(7) CASE(8) CASE(9) CASE(10) CASE(11) \
+        CASE(12) CASE(13) CASE(14) CASE(15)
+constexpr size_t mostRows = 16;
+
 /// Calls `found` with the field that has this label, or `missing`. A switch, since compilers turn
 /// it into a jump table or a search tree where they leave a fold over the labels as a chain of
 /// compares.
 template <class Message, class Labels, class Found, class Missing>
 ZRP_INLINE auto withLabel(uint32_t label, Found found, Missing missing) {
-    static_assert(Fields<Message>::Rows::count <= 16, "extend the list below");
+    static_assert(Fields<Message>::Rows::count <= mostRows, "extend ZRP_FOR_ROWS");
     switch (label) {
 #define ZRP_CASE(Index)                         \
     case Labels::template at<Message, Index>(): \
         return list::visitAt<Message, Index>(found, missing);
-        ZRP_CASE(0)
-        ZRP_CASE(1)
-        ZRP_CASE(2)
-        ZRP_CASE(3)
-        ZRP_CASE(4)
-        ZRP_CASE(5)
-        ZRP_CASE(6)
-        ZRP_CASE(7)
-        ZRP_CASE(8)
-        ZRP_CASE(9)
-        ZRP_CASE(10)
-        ZRP_CASE(11)
-        ZRP_CASE(12)
-        ZRP_CASE(13)
-        ZRP_CASE(14)
-        ZRP_CASE(15)
+        ZRP_FOR_ROWS(ZRP_CASE)
 #undef ZRP_CASE
         default:
             return missing();
