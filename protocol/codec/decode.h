@@ -165,7 +165,7 @@ ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* vari
     PredictingSource<Varint, isStraightAlone<Record>> source(at, last, varintsBefore);
     uint32_t row = 0;
     goto firstRow;  // the switch would take as long as a field
-    for (;;) {
+    for (;;) {      // unreachable: from above; each turn but the first begins here
         switch (row) {
 #define ZRP_CASE(Index)                                                                     \
     case Index:                                                                             \
@@ -179,6 +179,7 @@ ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* vari
         firstRow:
             ZRP_FOR_ROWS(ZRP_CASE)
 #undef ZRP_CASE
+            // unreachable: as a case; the last row falls into it
             default:
                 if (source.at == source.until()) {
                     store(record + offsetof(Record, presence), seen);

@@ -194,6 +194,7 @@ struct Ungoverned {
     static constexpr size_t size = 0;
     static constexpr uint64_t largest = 0;
 
+    // unreachable: callers ask isGoverned() first
     static uint64_t get(const char*) { return 0; }
     // unreachable: callers ask isGoverned() first
     static void set(char*, uint64_t) {}

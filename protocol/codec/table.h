@@ -56,7 +56,9 @@ struct RowList {
             return number - numbers[0];
         } else {
             uint32_t index = 0;
-            (void)((Row::number() == number || (++index, false)) || ...);
+            while (index < count && numbers[index] != number) {
+                ++index;
+            }
             return index;
         }
     }
@@ -106,10 +108,11 @@ ZRP_INLINE auto visitAt(Found& found, Missing& missing) {
 }  // namespace list
 
 /// The cases of a switch over the rows of a type, which has `mostRows` of them at most.
-#define ZRP_FOR_ROWS(CASE)                                                                    \
-    CASE(0)                                                                                   \
-    CASE(1) CASE(2) CASE(3) CASE(4) CASE(5) CASE(6) CASE(7) CASE(8) CASE(9) CASE(10) CASE(11) \
-        CASE(12) CASE(13) CASE(14) CASE(15)
+// clang-format off
+#define ZRP_FOR_ROWS(CASE)                                          \
+    CASE(0) CASE(1) CASE(2) CASE(3) CASE(4) CASE(5) CASE(6) CASE(7) \
+    CASE(8) CASE(9) CASE(10) CASE(11) CASE(12) CASE(13) CASE(14) CASE(15)
+// clang-format on
 constexpr size_t mostRows = 16;
 
 /// Calls `found` with the field that has this label, or `missing`. A switch, since compilers turn
