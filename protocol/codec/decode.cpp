@@ -130,6 +130,8 @@ const FieldData& leave(Level*& level, char*& value) {
 
 }  // namespace
 
+// Not by takeTag, which reads on for the number: here only the wire type matters, and the first
+// byte has that.
 const char* skipField(const char* at, const char* until) {
     const uint32_t first = byteAt(at, 0);
     const char* value = at + 1;

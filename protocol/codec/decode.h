@@ -181,6 +181,7 @@ ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* vari
 #undef ZRP_CASE
             // unreachable: as a case; the last row falls into it
             default:
+                // Here and below: most come to this end, and pass one compare less to it.
                 if (source.at == source.until()) {
                     store(record + offsetof(Record, presence), seen);
                     return true;

@@ -46,7 +46,7 @@ struct Envelope {
 /// Checks the envelope in front of `size` bytes.
 int readEnvelope(const char* buffer, size_t size, Envelope& envelope);
 
-/// Checks the envelope and decodes the fields behind it step by step; `*usedSize` is written once
+/// Checks the envelope and decodes the fields behind it as data; `*usedSize` is written once
 /// decoding has begun.
 int unpackShared(uint8_t type, Care care, char* value, long long* selector, const char* buffer,
                  size_t size, size_t* usedSize);

@@ -44,12 +44,7 @@ const char* takeTag(const char* from, const char* until, uint32_t& tag) {
 // --- QuickSource --------------------------------------------------------------------------------
 
 int QuickSource::skip(uint32_t wireType) {
-    const char* const end = at < until ? skipValue(wireType, at, until) : nullptr;
-    if (end == nullptr) {
-        return surprise;
-    }
-    at = end;
-    return 0;
+    return moveTo(at < until ? skipValue(wireType, at, until) : nullptr);
 }
 
 int QuickSource::length(uint32_t& value) {
@@ -62,12 +57,7 @@ int QuickSource::length(uint32_t& value) {
 }
 
 int QuickSource::text(char* to, size_t capacity) {
-    const char* const end = remaining() >= lengthSize ? takeText(at, until, to, capacity) : nullptr;
-    if (end == nullptr) {
-        return surprise;
-    }
-    at = end;
-    return 0;
+    return moveTo(remaining() >= lengthSize ? takeText(at, until, to, capacity) : nullptr);
 }
 
 int QuickSource::bytes(char* to, size_t capacity, size_t& stored) {

@@ -58,6 +58,7 @@ const char* takeBytes(const char* from, const char* until, char* to, size_t capa
 /// The end of a tag of at most three bytes, which all of the catalogue take; null where it does not
 /// end there.
 const char* takeTag(const char* from, const char* until, uint32_t& tag);
+
 /// Steps over `Size` bytes. With a branch of its own for every size, so that processors guess where
 /// the next field begins instead of waiting for the tag.
 template <size_t Size>
@@ -311,12 +312,7 @@ class QuickSource {
             ++at;
             return 0;
         }
-        const char* const end = takeTag(at, until, tag);
-        if (end == nullptr) {
-            return surprise;
-        }
-        at = end;
-        return 0;
+        return moveTo(takeTag(at, until, tag));
     }
 
     ZRP_INLINE int integer(const FieldData& field, char* to) {
@@ -353,6 +349,15 @@ class QuickSource {
 
     /// Bytes that may be taken. A varint can go past the end that it begins before.
     size_t remaining() const { return at < until ? static_cast<size_t>(until - at) : 0; }
+
+  private:
+    ZRP_INLINE int moveTo(const char* end) {
+        if (end == nullptr) {
+            return surprise;
+        }
+        at = end;
+        return 0;
+    }
 };
 
 class CheckedSource {
