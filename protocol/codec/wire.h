@@ -145,13 +145,18 @@ ZRP_INLINE char* storeVarintField(char* to, Unsigned value) {
         Bytes::template store<2>(to);
         return storeLongVarint(to + Bytes::size, value);
     }
-    const uint64_t groups = fourGroups(value);
+    // What is added once more moves by one bit: to where its group begins.
     if (value < 0x4000) {
-        storeLowFirst<Bytes::size + 2, Slack>(to, Bytes::packed() | (groups & 0x7FFF) << tagBits);
+        const uint64_t groups = value + (value & 0x3F80u);
+        storeLowFirst<Bytes::size + 2, Slack>(
+            to, (Bytes::packed() | uint64_t{0x80} << tagBits) + (groups << tagBits));
         return to + Bytes::size + 2;
     }
     if constexpr (sizeof(Unsigned) == 2) {
-        storeLowFirst<Bytes::size + 3, Slack>(to, Bytes::packed() | (groups & 0x7FFFFF) << tagBits);
+        uint64_t groups = value + (value & 0xFF80u);
+        groups += groups & 0x18000;
+        storeLowFirst<Bytes::size + 3, Slack>(
+            to, (Bytes::packed() | uint64_t{0x8080} << tagBits) + (groups << tagBits));
         return to + Bytes::size + 3;
     } else {
         Bytes::template store<2>(to);
