@@ -6,26 +6,19 @@ int CheckedSink::integer(const FieldData& field, const char* from) {
     if (const int result = buf_.writeVarUInt32(field.tag(varint_)); result != 0) {
         return result;
     }
-    return field.withIntegerType([&]<class Integer>(Integer value) {
-        value = load<Integer>(from);
-        if constexpr (sizeof(Integer) == 1) {
-            return buf_.writeUInt8(value);
-        } else {
-            // One function for all widths: a value takes the same groups whatever its width.
-            return varint_ ? buf_.writeVarUInt64(wire::toVarint(value))
-                           : fixed(static_cast<std::make_unsigned_t<Integer>>(value));
-        }
+    uint64_t value = 0;
+    (void)field.withIntegerType([&]<class Integer>(Integer) {
+        value = static_cast<uint64_t>(load<Integer>(from));
+        return 0;
     });
-}
-
-int CheckedSink::fixed(uint16_t value) {
-    return buf_.writeUInt16(value);
-}
-int CheckedSink::fixed(uint32_t value) {
-    return buf_.writeUInt32(value);
-}
-int CheckedSink::fixed(uint64_t value) {
-    return buf_.writeUInt64(value);
+    if (varint_ && field.integerSize != 1) {
+        // For all widths: a value takes the same groups whatever its width.
+        return buf_.writeVarUInt64(
+            field.integerIsSigned ? wire::toVarint(static_cast<int64_t>(value)) : value);
+    }
+    char bytes[sizeof(value)];
+    wire::storeHighFirst(bytes, value);
+    return buf_.writeBytes(bytes + sizeof(value) - field.integerSize, field.integerSize);
 }
 
 int CheckedSink::bytes(const char* from, size_t count) {

@@ -83,10 +83,6 @@ class CheckedSink {
     int bytes(const char* from, size_t count);
 
   private:
-    int fixed(uint16_t value);
-    int fixed(uint32_t value);
-    int fixed(uint64_t value);
-
     BrxWriteBuf& buf_;
     const bool varint_;
 };

@@ -73,30 +73,19 @@ int QuickSource::bytes(char* to, size_t capacity, size_t& stored) {
 
 // --- CheckedSource ------------------------------------------------------------------------------
 
-int CheckedSource::read(uint16_t& value) {
-    return varint_ ? buf.readVarUInt16(value) : buf.readUInt16(value);
-}
-
-int CheckedSource::read(uint32_t& value) {
-    return varint_ ? buf.readVarUInt32(value) : buf.readUInt32(value);
-}
-
-int CheckedSource::read(uint64_t& value) {
-    return varint_ ? buf.readVarUInt64(value) : buf.readUInt64(value);
-}
-
-int CheckedSource::read(int32_t& value) {
-    return varint_ ? buf.readVarInt32(value) : buf.readInt32(value);
-}
-
-int CheckedSource::read(int64_t& value) {
-    return varint_ ? buf.readVarInt64(value) : buf.readInt64(value);
-}
-
 int CheckedSource::integer(const FieldData& field, char* to) {
+    const size_t size = field.integerSize;
+    if (!varint_ || size == 1) {
+        char bytes[sizeof(uint64_t)] = {};
+        const int result = buf.readBytes(bytes + sizeof(bytes) - size, size);
+        if (result == 0) {
+            storeInteger(size, to, wire::loadHighFirst<uint64_t>(bytes));
+        }
+        return result;
+    }
     return field.withIntegerType([&]<class Integer>(Integer value) {
         value = load<Integer>(to);
-        const int result = read(value);
+        const int result = readVarint(value);
         store(to, value);
         return result;
     });

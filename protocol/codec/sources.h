@@ -392,12 +392,12 @@ class CheckedSource {
     }
 
   private:
-    int read(uint8_t& value) { return buf.readUInt8(value); }
-    int read(uint16_t& value);
-    int read(uint32_t& value);
-    int read(uint64_t& value);
-    int read(int32_t& value);
-    int read(int64_t& value);
+    int readVarint(uint8_t&) { return 0; }  // unreachable: a byte is never a varint
+    int readVarint(uint16_t& value) { return buf.readVarUInt16(value); }
+    int readVarint(uint32_t& value) { return buf.readVarUInt32(value); }
+    int readVarint(uint64_t& value) { return buf.readVarUInt64(value); }
+    int readVarint(int32_t& value) { return buf.readVarInt32(value); }
+    int readVarint(int64_t& value) { return buf.readVarInt64(value); }
 
     const bool varint_;
 };
