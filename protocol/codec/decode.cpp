@@ -135,12 +135,12 @@ const FieldData& leave(Level*& level, char*& value) {
 const char* skipField(const char* at, const char* until) {
     const uint32_t first = byteAt(at, 0);
     const char* value = at + 1;
-    if (first >= 0x80) {
+    if (first >= 0x80) [[likely]] {
         if (until - at < 3) {
             return nullptr;
         }
         value = at + 2;
-        if (byteAt(at, 1) >= 0x80) {
+        if (byteAt(at, 1) >= 0x80) [[unlikely]] {
             // A third group of zero would make it a tag in more groups than it needs.
             if (byteAt(at, 2) == 0 || byteAt(at, 2) >= 0x80) {
                 return nullptr;

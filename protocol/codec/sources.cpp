@@ -41,6 +41,42 @@ const char* takeTag(const char* from, const char* until, uint32_t& tag) {
     return nullptr;
 }
 
+namespace {
+
+const char* skipBytes(size_t size, const char* from, const char* until) {
+    return size <= static_cast<size_t>(until - from) ? from + size : nullptr;
+}
+
+}  // namespace
+
+const char* skipChecked(uint32_t wireType, const char* from, const char* until) {
+    switch (wireType) {
+        case wireVarint:
+            // 9 bytes are always a value; what 10 are is for CheckedSource to say.
+            for (size_t i = 1; i < longestVarint && from < until; ++i) {
+                if (byteAt(from++, 0) < 0x80) {
+                    return from;
+                }
+            }
+            return nullptr;
+        case wire1Byte:
+            return skipBytes(1, from, until);
+        case wire2Bytes:
+            return skipBytes(2, from, until);
+        case wire4Bytes:
+            return skipBytes(4, from, until);
+        case wire8Bytes:
+            return skipBytes(8, from, until);
+        case wireDelimited: {
+            const char* const value = skipBytes(lengthSize, from, until);
+            return value == nullptr ? nullptr
+                                    : skipBytes(wire::loadHighFirst<uint32_t>(from), value, until);
+        }
+        default:
+            return nullptr;
+    }
+}
+
 // --- QuickSource --------------------------------------------------------------------------------
 
 int QuickSource::skip(uint32_t wireType) {

@@ -59,49 +59,37 @@ const char* takeBytes(const char* from, const char* until, char* to, size_t capa
 /// end there.
 const char* takeTag(const char* from, const char* until, uint32_t& tag);
 
-/// Steps over `Size` bytes. With a branch of its own for every size, so that processors guess where
-/// the next field begins instead of waiting for the tag.
-template <size_t Size>
-ZRP_INLINE const char* skipBytes(const char* from, const char* until) {
-    if (until - from < static_cast<ptrdiff_t>(Size)) [[unlikely]] {
-        return nullptr;
-    }
-    return from + Size;
-}
-
 /// The end of a value of any field. Null, too, where it may be one that no encoder writes.
+const char* skipChecked(uint32_t wireType, const char* from, const char* until);
+
+/// The same, for fields that a version of the protocol does not know yet. With a branch of its own
+/// for every size, so that processors guess where the next field begins instead of waiting for the
+/// tag; away from the end no size needs a compare, which compilers would make a wait again.
 ZRP_INLINE const char* skipValue(uint32_t wireType, const char* from, const char* until) {
-    switch (wireType) {
-        case wireVarint:
-            // 9 bytes are always a value; what 10 are is for CheckedSource to say.
-            for (size_t i = 1; i < longestVarint && from < until; ++i) {
-                if (Quorva::brx_detail::byteAt(from++, 0) < 0x80) {
-                    return from;
+    using Quorva::brx_detail::byteAt;
+    if (until - from >= 8) [[likely]] {
+        switch (wireType) {
+            case wireVarint:
+                if (byteAt(from, 0) < 0x80) {
+                    return from + 1;
                 }
-            }
-            return nullptr;
-        case wire1Byte:
-            return skipBytes<1>(from, until);
-        case wire2Bytes:
-            return skipBytes<2>(from, until);
-        case wire4Bytes:
-            return skipBytes<4>(from, until);
-        case wire8Bytes:
-            return skipBytes<8>(from, until);
-        case wireDelimited: {
-            const char* const value = skipBytes<lengthSize>(from, until);
-            if (value == nullptr) {
-                return nullptr;
-            }
-            const uint32_t length = wire::loadHighFirst<uint32_t>(from);
-            if (length > static_cast<size_t>(until - value)) [[unlikely]] {
-                return nullptr;
-            }
-            return value + length;
+                if (byteAt(from, 1) < 0x80) {
+                    return from + 2;
+                }
+                break;
+            case wire1Byte:
+                return from + 1;
+            case wire2Bytes:
+                return from + 2;
+            case wire4Bytes:
+                return from + 4;
+            case wire8Bytes:
+                return from + 8;
+            default:
+                break;
         }
-        default:
-            return nullptr;
     }
+    return skipChecked(wireType, from, until);
 }
 
 /// `Inlining` says whether the code of hot nested values becomes part of that of their holder.
