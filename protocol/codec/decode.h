@@ -112,9 +112,20 @@ constexpr Care careFor = isStraightAlone<Message> ? Care::exact : Care::quick;
 /// Instead of the number of what was read: gave up.
 constexpr uint32_t lost = UINT32_MAX;
 
+/// Whether a nested structure is one run that is taken whole where it comes in order.
+template <class Field, bool Varint, bool Inlining>
+constexpr bool isTriedWhole() {
+    return !Varint && Inlining && Field::isHot && run::isFixed<Field>();
+}
+
 /// Takes `field` if it comes next.
 template <class Field, bool Varint, bool Inlining>
 ZRP_INLINE int takeField(Field field, char* record, PredictingSource<Varint, Inlining>& source) {
+    if constexpr (isTriedWhole<Field, Varint, Inlining>()) {
+        if (source.template acceptRun<FixedRun<Field>, false>(record)) {
+            return 0;
+        }
+    }
     return source.template acceptTag<Field>() ? decodeField(field, record, source) : int{otherTag};
 }
 
@@ -209,21 +220,19 @@ ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* vari
 
 // --- Structures: in order, fastest
 
-/// Integers that begin a structure are read in one go where their widths are fixed, from this many
-/// on.
+/// How many fields at the beginning of a structure are read in one go.
 template <class Record, bool Varint>
 constexpr size_t runLength() {
-    constexpr size_t leastRun = 2;
-    constexpr size_t leading = leadingIntegers<Record>(FieldIndices<Record>{});
-    return !Varint && leading >= leastRun ? leading : 0;
+    constexpr size_t leading = run::lengthFrom<Record, 0>();
+    return !Varint && leading > 1 ? leading : 0;
 }
 
-template <class Record, bool Varint, bool Inlining, size_t... Index>
-ZRP_INLINE bool takeRun(char* record, PredictingSource<Varint, Inlining>& source,
-                        std::index_sequence<Index...>) {
-    if constexpr (sizeof...(Index) != 0) {
-        constexpr bool isAll = sizeof...(Index) == Fields<Record>::Rows::count;
-        return source.template acceptFixed<isAll, Field<Record, Index>...>(record);
+template <class Record, bool Varint, bool Inlining>
+ZRP_INLINE bool acceptBeginning(char* record, PredictingSource<Varint, Inlining>& source) {
+    constexpr size_t run = runLength<Record, Varint>();
+    if constexpr (run != 0) {
+        constexpr bool isAll = run == Fields<Record>::Rows::count;
+        return source.template acceptRun<FixedRunAt<Record, 0>, isAll>(record);
     } else {
         return true;
     }
@@ -237,7 +246,7 @@ ZRP_INLINE bool decodeInOrder(char* record, PredictingSource<Varint, Inlining>& 
     constexpr size_t run = runLength<Record, Varint>();
     int result = otherTag;
     uint32_t seen = 0;
-    if (takeRun<Record>(record, source, std::make_index_sequence<run>{})) {
+    if (acceptBeginning<Record>(record, source)) {
         result = 0;
         seen = (uint32_t{1} << run) - 1;
         (void)((Index < run || (result = takeRow<Record, Index>(record, source, seen)) == 0) &&
@@ -264,10 +273,10 @@ bool decodeInOrder(const char* at, const char* last, const char* varintsBefore, 
 }
 
 /// Reads the fields of a structure from `at` to the byte at `last`; returns whether that was
-/// possible.
-template <class Record, bool Varint>
+/// possible. `IsInOrder` says whether they may be.
+template <class Record, bool Varint, bool IsInOrder = true>
 ZRP_INLINE bool decode(const char* at, const char* last, const char* varintsBefore, char* record) {
-    if constexpr (runLength<Record, Varint>() != 0) {
+    if constexpr (IsInOrder && runLength<Record, Varint>() != 0) {
         return decodeInOrder<Record, Varint>(at, last, varintsBefore, record);
     } else {
         return decodeAnyOrder<Record, Varint>(at, last, varintsBefore, record, 0);
@@ -318,7 +327,7 @@ ZRP_INLINE uint32_t decodeMember(char* value, PredictingSource<Varint, Inlining>
                     return apart;
                 } else {
                     const bool isRead =
-                        takeField(member, value, source) == 0 && source.at <= source.until();
+                        takeField(member, value, source) == 0 && source.at == source.until();
                     return isRead ? Member::number() : lost;
                 }
             },
@@ -357,8 +366,10 @@ ZRP_INLINE uint32_t decodeNestedTo(const char* last, char* nested,
                                    PredictingSource<Varint, Inlining>& source) {
     using Type = typename Field::type;
     constexpr bool isUnion = Field::kind() == Kind::selectedUnion;
-    // What is steady alone has code of its own anyway, and the most.
-    constexpr bool isInlined = Field::isHot && Inlining && !isStraightAlone<Type>;
+    // What is steady alone has code of its own anyway, and the most; what was tried whole is not in
+    // order.
+    constexpr bool isInOrder = !isTriedWhole<Field, Varint, Inlining>();
+    constexpr bool isInlined = Field::isHot && Inlining && isInOrder && !isStraightAlone<Type>;
     if constexpr (!isStraightInside<Type>) {
         const DecodeStep step = decodeApart({typeIndex<Type>, Care::certain, Varint}, nested,
                                             source.at, last, source.varintsBefore());
@@ -380,7 +391,8 @@ ZRP_INLINE uint32_t decodeNestedTo(const char* last, char* nested,
         source.at = member.at;
         return member.number;
     } else {
-        const bool isRead = decode<Type, Varint>(source.at, last, source.varintsBefore(), nested);
+        const bool isRead =
+            decode<Type, Varint, isInOrder>(source.at, last, source.varintsBefore(), nested);
         source.at = last + 1;
         return isRead ? 1 : lost;
     }
@@ -390,11 +402,13 @@ template <class Field, bool Varint, bool Inlining>
 ZRP_INLINE int decodeNested(Field field, char* record, PredictingSource<Varint, Inlining>& source,
                             uint32_t length) {
     if constexpr (Field::isNested) {
-        if (length > static_cast<size_t>(source.until() - source.at)) {
+        const size_t room = static_cast<size_t>(source.until() - source.at);
+        // Members end where their unions do: that spares later compares.
+        if (Field::isMember ? length != room : length > room) {
             return surprise;
         }
-        const uint32_t number =
-            decodeNestedTo<Field>(source.at + length - 1, record + field.offset(), source);
+        const char* const last = Field::isMember ? source.last() : source.at + length - 1;
+        const uint32_t number = decodeNestedTo<Field>(last, record + field.offset(), source);
         if (number == lost) {
             return surprise;
         }

@@ -84,17 +84,33 @@ EncodeStep encodeShared(uint8_t type, const char* value, long long selector, cha
 
 // --- Straight-line code, with room for the largest encoding -------------------------------------
 
-template <class Record, class Sink, size_t... Index>
-ZRP_INLINE int encodeFields(const char* record, Sink& sink, std::index_sequence<Index...>) {
+/// Writes the field at `Index` of a type and the run that it begins, if any.
+template <class Message, size_t Index, bool Varint>
+ZRP_INLINE int encodeFieldAt(const char* value, UncheckedSink<Varint>& sink) {
+    if constexpr (!Varint && run::beginsAt<Message, Index>()) {
+        sink.template run<FixedRunAt<Message, Index>>(value);
+        return 0;
+    } else {
+        return encodeField(Field<Message, Index>{}, value, sink);
+    }
+}
+
+template <class Record, bool Varint, size_t... Index>
+ZRP_INLINE int encodeFields(const char* record, UncheckedSink<Varint>& sink,
+                            std::index_sequence<Index...>) {
     int result = 0;
-    (void)(((result = encodeField(Field<Record, Index>{}, record, sink)) == 0) && ...);
+    (void)(((!Varint && run::goesOnAt<Record, Index>()) ||
+            (result = encodeFieldAt<Record, Index>(record, sink)) == 0) &&
+           ...);
     return result;
 }
 
 template <class Union, class Sink>
 ZRP_INLINE int encodeMember(const char* value, long long selector, Sink& sink) {
     return withMember<Union>(
-        selector, [&](auto member) ZRP_INLINE_LAMBDA { return encodeField(member, value, sink); },
+        selector,
+        [&]<size_t Index>(Field<Union, Index>)
+            ZRP_INLINE_LAMBDA { return encodeFieldAt<Union, Index>(value, sink); },
         [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
 }
 

@@ -49,16 +49,16 @@ int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     return 0;
 }
 
-int unpackShared(uint8_t type, Care care, char* value, long long* selector, const char* buffer,
-                 size_t size, size_t* usedSize) {
+int unpackShared(char* value, const char* buffer, size_t size, size_t* usedSize, Unpacking how,
+                 long long* selector) {
     Envelope envelope;
     if (const int result = readEnvelope(buffer, size, envelope); result != 0) {
         return result;
     }
     BrxReadBuf buf(buffer, size);
     buf.position = envelopeSize;
-    const int result =
-        decodeShared({type, care, envelope.varint}, value, selector, buf, envelope.bodyLength);
+    const int result = decodeShared({how.type, how.care, envelope.varint}, value, selector, buf,
+                                    envelope.bodyLength);
     if (usedSize != nullptr) {
         *usedSize = buf.position;
     }

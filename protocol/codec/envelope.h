@@ -46,9 +46,15 @@ struct Envelope {
 /// Checks the envelope in front of `size` bytes.
 int readEnvelope(const char* buffer, size_t size, Envelope& envelope);
 
+/// What is unpacked, in one register.
+struct Unpacking {
+    uint8_t type;
+    Care care;
+};
+
 /// Checks the envelope and decodes the fields behind it as data; `*usedSize` is written once
 /// decoding has begun.
-int unpackShared(uint8_t type, Care care, char* value, long long* selector, const char* buffer,
-                 size_t size, size_t* usedSize);
+int unpackShared(char* value, const char* buffer, size_t size, size_t* usedSize, Unpacking how,
+                 long long* selector);
 
 }  // namespace quorva_zrp::codec

@@ -15,7 +15,7 @@ namespace quorva_zrp::codec {
 /// Encodes where there is room for all records of the type. Apart from `packMessage`, which then
 /// has nothing to save around calls.
 template <bool Varint, class Record>
-ZRP_APART int packStraight(const char* record, char* buffer, size_t* usedSize) {
+ZRP_APART int packStraight(const char* record, char* buffer, size_t, size_t* usedSize) {
     return packUnchecked(buffer, usedSize, Varint,
                          encodeUnchecked<Record, Varint>(record, buffer + envelopeSize));
 }
@@ -33,43 +33,74 @@ inline int packMessage(const Record& object, char* buffer, size_t size, size_t* 
         return packTight(type, record, buffer, size, usedSize, varint,
                          varint ? encodeVarint : encodeFixed);
     } else {
-        return varint ? packStraight<true, Record>(record, buffer, usedSize)
-                      : packStraight<false, Record>(record, buffer, usedSize);
+        return varint ? packStraight<true, Record>(record, buffer, size, usedSize)
+                      : packStraight<false, Record>(record, buffer, size, usedSize);
     }
 }
 
-/// Decodes a message of `declared` bytes if it is one as encoders write them. `*usedSize` is stored
-/// beforehand, so that it need not be kept: where this fails, whatever reads the message instead
-/// stores it again.
+/// Whether the fields of a record are one run.
 template <class Record, bool Varint>
-ZRP_INLINE bool unpackStraight(Record& object, const char* buffer, size_t declared,
-                               size_t* usedSize) {
+constexpr bool isRun = !Varint && run::isAllFixed<Record>(FieldIndices<Record>{});
+
+/// Decodes a message of fixed integers alone, in order, which takes no more than a look at all
+/// tags.
+template <class Record>
+ZRP_INLINE bool unpackRun(char* record, const char* buffer, size_t declared, size_t* usedSize) {
+    using Run = FixedRunAt<Record, 0>;
+    if (declared != envelopeSize + Run::size || !Run::isAt(buffer + envelopeSize)) {
+        return false;
+    }
+    Run::read(buffer + envelopeSize, record);
+    store(record + offsetof(Record, presence), run::allPresent<Record>);
+    if (usedSize != nullptr) {
+        *usedSize = declared;
+    }
+    return true;
+}
+
+/// Decodes a message of `declared` bytes. `*usedSize` is stored beforehand: whatever reads the
+/// message where this cannot stores it again. Apart from `unpackMessage`, which then has nothing to
+/// save around calls.
+template <bool Varint, class Record>
+ZRP_APART int unpackStraight(char* record, const char* buffer, size_t size, size_t* usedSize,
+                             size_t declared) {
     if (usedSize != nullptr) {
         *usedSize = declared;
     }
     const char* const until = buffer + declared;
-    return decode<Record, Varint>(buffer + envelopeSize, until - 1,
-                                  Varint ? varintsBefore(buffer, until) : until, bytesOf(object));
+    return decode<Record, Varint, !isRun<Record, Varint>>(
+               buffer + envelopeSize, until - 1, Varint ? varintsBefore(buffer, until) : until,
+               record)
+               ? 0
+               : unpackShared(record, buffer, size, usedSize, {typeIndex<Record>, careFor<Record>},
+                              nullptr);
 }
 
 template <class Record>
 inline int unpackMessage(Record& object, const char* buffer, size_t size, size_t* usedSize) {
+    char* const record = bytesOf(object);
     if constexpr (isStraightAlone<Record>) {
         if (buffer != nullptr && size >= envelopeSize) {
             const uint8_t magic = static_cast<uint8_t>(buffer[0]);
             const size_t declared = wire::loadHighFirst<uint32_t>(buffer + 1);
             // Below 5 the difference wraps and is too much, too.
-            if (declared - envelopeSize <= size - envelopeSize &&
-                (magic == magicVarint
-                     ? unpackStraight<Record, true>(object, buffer, declared, usedSize)
-                     : magic == magicFixed &&
-                           unpackStraight<Record, false>(object, buffer, declared, usedSize))) {
-                return 0;
+            if (declared - envelopeSize <= size - envelopeSize) {
+                if (magic == magicVarint) {
+                    return unpackStraight<true, Record>(record, buffer, size, usedSize, declared);
+                }
+                if (magic == magicFixed) {
+                    if constexpr (isRun<Record, false>) {
+                        if (unpackRun<Record>(record, buffer, declared, usedSize)) {
+                            return 0;
+                        }
+                    }
+                    return unpackStraight<false, Record>(record, buffer, size, usedSize, declared);
+                }
             }
         }
     }
-    return unpackShared(typeIndex<Record>, careFor<Record>, bytesOf(object), nullptr, buffer, size,
-                        usedSize);
+    return unpackShared(record, buffer, size, usedSize, {typeIndex<Record>, careFor<Record>},
+                        nullptr);
 }
 
 // --- The rest -----------------------------------------------------------------------------------
@@ -205,8 +236,8 @@ inline const char* visualizeText(const Record& record, char* text, size_t size, 
         return codec::encode<false>(*this, selector, buf);                                        \
     }                                                                                             \
     int Type::unpackTLV(long long& selector, const char* buffer, size_t size, size_t* usedSize) { \
-        return codec::unpackShared(codec::typeIndex<Type>, codec::Care::quick,                    \
-                                   codec::bytesOf(*this), &selector, buffer, size, usedSize);     \
+        return codec::unpackShared(codec::bytesOf(*this), buffer, size, usedSize,                 \
+                                   {codec::typeIndex<Type>, codec::Care::quick}, &selector);      \
     }                                                                                             \
     int Type::unpackTLVWithVarint(long long& selector, Quorva::BrxReadBuf& buf, size_t length) {  \
         return codec::decodeShared({codec::typeIndex<Type>, codec::Care::quick, true},            \

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "protocol/codec/field_data.h"
+#include "protocol/codec/fixed_run.h"
 #include "protocol/codec/wire.h"
 
 namespace quorva_zrp::codec {
@@ -27,6 +28,14 @@ class UncheckedSink {
                 at, load<typename Field::type>(from));
         }
         return 0;
+    }
+
+    /// Writes the fields of `Run`.
+    template <class Run>
+    ZRP_INLINE void run(const char* record) {
+        static_assert(!Varint);
+        Run::write(record, at);
+        at += Run::size;
     }
 
     template <class Field>

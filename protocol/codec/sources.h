@@ -7,6 +7,7 @@
 #pragma once
 
 #include "protocol/codec/field_data.h"
+#include "protocol/codec/fixed_run.h"
 #include "protocol/codec/wire.h"
 
 namespace quorva_zrp::codec {
@@ -134,33 +135,18 @@ class PredictingSource {
         return at < last_ ? (first & 0x7F) / 16 + byteAt(at, 1) * 8 : 0;
     }
 
-    /// Reads the integers of `Run` if all of them come next as they would with fixed widths, which
-    /// takes one check of the room and no arithmetic on `at`.
-    template <bool IsAll, class... Run>
-    ZRP_INLINE bool acceptFixed(char* record) {
+    /// Reads `Run` if it comes next, or if it is all that does, which takes one check of the room
+    /// and no arithmetic on `at`.
+    template <class Run, bool IsAll>
+    ZRP_INLINE bool acceptRun(char* record) {
         static_assert(!Varint);
-        constexpr size_t size = (size_t{0} + ... + Run::smallestSize(Varint));
-        if (IsAll ? last_ - at != static_cast<ptrdiff_t>(size - 1) : !holds<size>()) {
+        const bool isRoom =
+            IsAll ? last_ - at == static_cast<ptrdiff_t>(Run::size - 1) : holds<Run::size>();
+        if (!isRoom || !Run::isAt(at)) {
             return false;
         }
-        size_t offset = 0;
-        const auto isNext = [&]<class Field>(Field) ZRP_INLINE_LAMBDA {
-            using Tag = wire::TagBytes<Field::tag(Varint)>;
-            const bool is = Tag::template isAt<leastValue<Field>()>(at + offset);
-            constexpr size_t taken = Field::smallestSize(Varint);
-            offset += taken;
-            return is;
-        };
-        if (!(isNext(Run{}) && ...)) {
-            return false;
-        }
-        const auto take = [&]<class Field>(Field) ZRP_INLINE_LAMBDA {
-            typename Field::type value = 0;
-            at += wire::TagBytes<Field::tag(Varint)>::size;
-            at = wire::loadInteger<Varint>(at, varintsBefore_, value);
-            store(record + Field::offset(), value);
-        };
-        (take(Run{}), ...);
+        Run::read(at, record);
+        at += Run::size;
         return true;
     }
 

@@ -69,6 +69,9 @@ struct RowList {
 /// The field at `Index` of a type's table, under a name that stays short in symbols and messages.
 template <class Message, size_t Index>
 struct Field : Fields<Message>::Rows::template At<Index> {
+    /// Whether it is all that its holder has on the wire.
+    static constexpr bool isMember = std::is_union_v<Message>;
+
     /// Bytes that are certain to be written behind the field once it is written: those of the
     /// integers that follow it directly.
     static constexpr size_t bytesAfter(bool varint) {
@@ -85,14 +88,6 @@ struct Field : Fields<Message>::Rows::template At<Index> {
 /// The indices of a type's fields.
 template <class Message>
 using FieldIndices = std::make_index_sequence<Fields<Message>::Rows::count>;
-
-/// How many integers a structure begins with.
-template <class Message, size_t... Index>
-constexpr size_t leadingIntegers(std::index_sequence<Index...>) {
-    size_t count = 0;
-    (void)((Field<Message, Index>::kind() == Kind::integer && ++count != 0) && ...);
-    return count;
-}
 
 namespace list {
 

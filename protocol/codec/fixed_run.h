@@ -1,0 +1,216 @@
+// Runs of fields that take the same bytes whatever they hold: integers of fixed width, and
+// structures of nothing else. Where everything in a run lies is known when this is compiled, so its
+// tags and lengths are written as one copy, with the values over the gaps, and all compared before
+// a value is read.
+#pragma once
+
+#include <algorithm>
+#include <array>
+
+#include "protocol/codec/table.h"
+#include "protocol/codec/wire.h"
+
+namespace quorva_zrp::codec {
+
+namespace run {
+
+template <class Message, size_t... Index>
+constexpr bool isAllFixed(std::index_sequence<Index...>);
+
+/// Whether a field always takes the same bytes where integers have fixed widths.
+template <class Row>
+constexpr bool isFixed() {
+    if constexpr (Row::kind() == Kind::structure) {
+        using Type = typename Row::type;
+        return !Row::isGoverned() && isAllFixed<Type>(FieldIndices<Type>{});
+    } else {
+        return Row::kind() == Kind::integer;
+    }
+}
+
+template <class Message, size_t... Index>
+constexpr bool isAllFixed(std::index_sequence<Index...>) {
+    return (isFixed<Field<Message, Index>>() && ...);
+}
+
+/// How many such fields there are from the one at `Index` on, one after another; of a union one.
+template <class Message, size_t Index>
+constexpr size_t lengthFrom() {
+    if constexpr (Index < Fields<Message>::Rows::count) {
+        if constexpr (isFixed<Field<Message, Index>>()) {
+            return std::is_union_v<Message> ? 1 : 1 + lengthFrom<Message, Index + 1>();
+        }
+    }
+    return 0;
+}
+
+/// The presence bits of a record whose fields were all met.
+template <class Record>
+constexpr uint32_t allPresent = (uint32_t{1} << Fields<Record>::Rows::count) - 1;
+
+/// Whether a run begins with the field at `Index` that encoders write as one. For a single integer
+/// the usual way is as good.
+template <class Message, size_t Index>
+constexpr bool beginsAt() {
+    constexpr size_t length = lengthFrom<Message, Index>();
+    if constexpr (length == 1) {
+        return Field<Message, Index>::isHot;
+    } else {
+        return length != 0;
+    }
+}
+
+/// Whether the field at `Index` of a structure belongs to the run of the one before it.
+template <class Record, size_t Index>
+constexpr bool goesOnAt() {
+    if constexpr (Index == 0) {
+        return false;
+    } else {
+        return isFixed<Field<Record, Index - 1>>() && isFixed<Field<Record, Index>>();
+    }
+}
+
+/// Calls `take(row, at, offset)` for a field, whose encoding begins at `at` and which lies at
+/// `offset` of its record, and for those nested in it, until one returns false. Moves `at` on.
+template <class Row, class Take>
+ZRP_INLINE constexpr bool visit(Row row, size_t& at, size_t record, Take& take);
+
+template <class Record, class Take, size_t... Index>
+ZRP_INLINE constexpr bool visitAll(size_t& at, size_t record, Take& take,
+                                   std::index_sequence<Index...>) {
+    return (visit(Field<Record, Index>{}, at, record, take) && ...);
+}
+
+template <class Row, class Take>
+ZRP_INLINE constexpr bool visit(Row row, size_t& at, size_t record, Take& take) {
+    const size_t offset = record + Row::offset();
+    if (!take(row, at, offset)) {
+        return false;
+    }
+    at += varintSize(Row::tag(false));
+    if constexpr (Row::kind() == Kind::structure) {
+        using Type = typename Row::type;
+        at += lengthSize;
+        return visitAll<Type>(at, offset, take, FieldIndices<Type>{});
+    } else {
+        at += sizeof(typename Row::type);
+        return true;
+    }
+}
+
+}  // namespace run
+
+/// Fields one after another that always take the same bytes.
+template <class... Row>
+struct FixedRun {
+    static constexpr size_t size = (size_t{0} + ... + Row::largestSize(false, 0));
+
+    /// Writes the fields of `record`.
+    ZRP_INLINE static void write(const char* record, char* to) {
+        writeOutline(to, std::make_index_sequence<(size + wordSize - 1) / wordSize>{});
+        visit([=]<class R>(R, size_t at, size_t offset) ZRP_INLINE_LAMBDA {
+            if constexpr (R::kind() == Kind::integer) {
+                using Integer = std::make_unsigned_t<typename R::type>;
+                wire::storeHighFirst(to + at + varintSize(R::tag(false)),
+                                     load<Integer>(record + offset));
+            }
+            return true;
+        });
+    }
+
+    /// Whether the bytes at `from` are such fields.
+    ZRP_INLINE static bool isAt(const char* from) {
+        return visit([=]<class R>(R, size_t at, size_t) ZRP_INLINE_LAMBDA {
+            using Tag = wire::TagBytes<R::tag(false)>;
+            if constexpr (R::kind() == Kind::integer) {
+                return Tag::template isAt<sizeof(typename R::type)>(from + at);
+            } else {
+                return Tag::template isAt<lengthSize>(from + at) &&
+                       wire::loadHighFirst<uint32_t>(from + at + Tag::size) == lengthOf<R>();
+            }
+        });
+    }
+
+    /// Reads the fields into `record`, and the presence bits of the structures among them.
+    ZRP_INLINE static void read(const char* from, char* record) {
+        visit([=]<class R>(R, size_t at, size_t offset) ZRP_INLINE_LAMBDA {
+            using Type = typename R::type;
+            if constexpr (R::kind() == Kind::integer) {
+                using Integer = std::make_unsigned_t<Type>;
+                store(record + offset,
+                      wire::loadHighFirst<Integer>(from + at + varintSize(R::tag(false))));
+            } else {
+                store(record + offset + offsetof(Type, presence), run::allPresent<Type>);
+            }
+            return true;
+        });
+    }
+
+  private:
+    static constexpr size_t wordSize = sizeof(uint64_t);
+
+    template <class Take>
+    ZRP_INLINE static constexpr bool visit(Take take) {
+        size_t at = 0;
+        return (run::visit(Row{}, at, 0, take) && ...);
+    }
+
+    /// The length of a nested structure.
+    template <class R>
+    static constexpr uint32_t lengthOf() {
+        return static_cast<uint32_t>(Fields<typename R::type>::largestBody(false));
+    }
+
+    /// Writes the outline as constants, the last word over the one before: copied from memory, it
+    /// would be a symbol that the loader has to care for.
+    template <size_t... Word>
+    ZRP_INLINE static void writeOutline(char* to, std::index_sequence<Word...>) {
+        constexpr size_t most = size < wordSize ? size : wordSize;
+        (writeOutlineAt<std::min(Word * wordSize, size - most), most>(to), ...);
+    }
+    template <size_t First, size_t Count>
+    ZRP_INLINE static void writeOutlineAt(char* to) {
+        constexpr std::array<char, size> outline = makeOutline();
+        constexpr uint64_t packed = [=] {
+            uint64_t bytes = 0;
+            for (size_t i = 0; i < Count; ++i) {
+                bytes |= uint64_t{static_cast<uint8_t>(outline[First + i])} << (8 * i);
+            }
+            return bytes;
+        }();
+        wire::storeLowFirst<Count>(to + First, packed);
+    }
+
+    /// The encoding with zeros for the integers.
+    static constexpr std::array<char, size> makeOutline() {
+        std::array<char, size> bytes{};
+        visit([&]<class R>(R, size_t at, size_t) {
+            uint32_t tag = R::tag(false);
+            for (; tag >= 0x80; tag >>= 7) {
+                bytes[at++] = static_cast<char>(tag | 0x80);
+            }
+            bytes[at++] = static_cast<char>(tag);
+            if constexpr (R::kind() == Kind::structure) {
+                for (size_t i = 0; i < lengthSize; ++i) {
+                    bytes[at + i] = static_cast<char>(lengthOf<R>() >> (8 * (lengthSize - 1 - i)));
+                }
+            }
+            return true;
+        });
+        return bytes;
+    }
+};
+
+namespace run {
+
+template <class Message, size_t First, size_t... Index>
+FixedRun<Field<Message, First + Index>...> fixedRun(std::index_sequence<Index...>);
+
+}  // namespace run
+
+/// The run of a type's fields from the one at `Index` on.
+template <class Message, size_t Index>
+using FixedRunAt = decltype(run::fixedRun<Message, Index>(
+    std::make_index_sequence<run::lengthFrom<Message, Index>()>{}));
+
+}  // namespace quorva_zrp::codec
