@@ -33,7 +33,7 @@ ZRP_STRUCTURE(TZRPAuthReqBody,
     ZRP_ROW(2, sz, GameToken),
     ZRP_ROW(4, dw, XQuorvaTimestamp),
     ZRP_ROW(5, sz, XQuorvaTokenVersion, DefaultText<"V1">),
-    ZRP_ROW(6, st, OAuthData, Hot));
+    ZRP_ROW(6, st, OAuthData));
 
 ZRP_STRUCTURE(TZRPAuthRspBody,
     ZRP_ROW(1, st, Account),

@@ -49,7 +49,7 @@ ZRP_STRUCTURE(TZRPFrame,
     ZRP_TRAILING_ROW(2, sz, Body, ZRP_BY(stHead.stBase.dwBodyLen)));
 
 ZRP_STRUCTURE(TZRPInFrame,
-    ZRP_ROW(1, st, Head),
+    ZRP_ROW(1, st, Head, Hot),
     ZRP_ROW(2, st, Body, ZRP_BY(stHead.stBase.wCommand), Hot));
 
 // clang-format on
