@@ -87,7 +87,7 @@ ZRP_INLINE constexpr bool visit(Row row, size_t& at, size_t record, Take& take) 
     if (!take(row, at, offset)) {
         return false;
     }
-    at += varintSize(Row::tag(false));
+    at += wire::TagBytes<Row::tag(false)>::size;
     if constexpr (Row::kind() == Kind::structure) {
         using Type = typename Row::type;
         at += lengthSize;
@@ -111,8 +111,7 @@ struct FixedRun {
         visit([=]<class R>(R, size_t at, size_t offset) ZRP_INLINE_LAMBDA {
             if constexpr (R::kind() == Kind::integer) {
                 using Integer = std::make_unsigned_t<typename R::type>;
-                wire::storeHighFirst(to + at + varintSize(R::tag(false)),
-                                     load<Integer>(record + offset));
+                wire::storeHighFirst(to + at + Tag<R>::size, load<Integer>(record + offset));
             }
             return true;
         });
@@ -121,12 +120,11 @@ struct FixedRun {
     /// Whether the bytes at `from` are such fields.
     ZRP_INLINE static bool isAt(const char* from) {
         return visit([=]<class R>(R, size_t at, size_t) ZRP_INLINE_LAMBDA {
-            using Tag = wire::TagBytes<R::tag(false)>;
             if constexpr (R::kind() == Kind::integer) {
-                return Tag::template isAt<sizeof(typename R::type)>(from + at);
+                return Tag<R>::template isAt<sizeof(typename R::type)>(from + at);
             } else {
-                return Tag::template isAt<lengthSize>(from + at) &&
-                       wire::loadHighFirst<uint32_t>(from + at + Tag::size) == lengthOf<R>();
+                return Tag<R>::template isAt<lengthSize>(from + at) &&
+                       wire::loadHighFirst<uint32_t>(from + at + Tag<R>::size) == lengthOf<R>;
             }
         });
     }
@@ -137,8 +135,7 @@ struct FixedRun {
             using Type = typename R::type;
             if constexpr (R::kind() == Kind::integer) {
                 using Integer = std::make_unsigned_t<Type>;
-                store(record + offset,
-                      wire::loadHighFirst<Integer>(from + at + varintSize(R::tag(false))));
+                store(record + offset, wire::loadHighFirst<Integer>(from + at + Tag<R>::size));
             } else {
                 store(record + offset + offsetof(Type, presence), run::allPresent<Type>);
             }
@@ -149,6 +146,9 @@ struct FixedRun {
   private:
     static constexpr size_t wordSize = sizeof(uint64_t);
 
+    template <class R>
+    using Tag = wire::TagBytes<R::tag(false)>;
+
     template <class Take>
     ZRP_INLINE static constexpr bool visit(Take take) {
         size_t at = 0;
@@ -157,9 +157,8 @@ struct FixedRun {
 
     /// The length of a nested structure.
     template <class R>
-    static constexpr uint32_t lengthOf() {
-        return static_cast<uint32_t>(Fields<typename R::type>::largestBody(false));
-    }
+    static constexpr uint32_t lengthOf =
+        static_cast<uint32_t>(Fields<typename R::type>::largestBody(false));
 
     /// Writes the outline as constants, the last word over the one before: copied from memory, it
     /// would be a symbol that the loader has to care for.
@@ -185,14 +184,13 @@ struct FixedRun {
     static constexpr std::array<char, size> makeOutline() {
         std::array<char, size> bytes{};
         visit([&]<class R>(R, size_t at, size_t) {
-            uint32_t tag = R::tag(false);
-            for (; tag >= 0x80; tag >>= 7) {
-                bytes[at++] = static_cast<char>(tag | 0x80);
+            for (size_t i = 0; i < Tag<R>::size; ++i) {
+                bytes[at + i] = static_cast<char>(Tag<R>::packed() >> (8 * i));
             }
-            bytes[at++] = static_cast<char>(tag);
             if constexpr (R::kind() == Kind::structure) {
                 for (size_t i = 0; i < lengthSize; ++i) {
-                    bytes[at + i] = static_cast<char>(lengthOf<R>() >> (8 * (lengthSize - 1 - i)));
+                    bytes[at + Tag<R>::size + i] =
+                        static_cast<char>(lengthOf<R> >> (8 * (lengthSize - 1 - i)));
                 }
             }
             return true;
