@@ -115,6 +115,78 @@ TEST(GuardPagesBehind, AVarintWhoseLastGroupIsFullAreNotRead) {
     EXPECT_EQ(head.stExtend.stData.stRouteInfo.stSpecifyServer.ullServerID, 2097151u);
 }
 
+namespace {
+
+/// A tag, the length of `value`, and `value`.
+Bytes delimited(const char* tag, const Bytes& value) {
+    Bytes bytes = hex(tag);
+    bytes.resize(bytes.size() + 4);
+    putLength(bytes, bytes.size() - 4, value.size());
+    bytes.insert(bytes.end(), value.begin(), value.end());
+    return bytes;
+}
+
+}  // namespace
+
+// Numbers of every length end the input: none is loaded in one go with bytes that are not there.
+TEST(GuardPagesBehind, AVarintThatEndsTheInputAreNotRead) {
+    for (size_t groups = 1; groups <= 10; ++groups) {
+        SCOPED_TRACE(groups);
+        Bytes number = hex("10");
+        number.insert(number.end(), groups - 1, '\xFF');
+        number.push_back('\x01');
+        const Bytes route = delimited("45", delimited("25", number));
+        Bytes head = hex("AA 00 00 00 00 15 00 00 00 04 10 00 40 00");
+        const Bytes extend = delimited("25", delimited("B5 82 10", route));
+        head.insert(head.end(), extend.begin(), extend.end());
+        putLength(head, 1, head.size());
+
+        const GuardedMemory memory(head.size(), GuardedMemory::Access::readOnly);
+        quorva_zrp::TZRPHead decoded = quorva_zrp::TZRPHead();
+        size_t used = 0;
+        EXPECT_EQ(decoded.unpackTLV(memory.placeAtEnd(head), head.size(), &used), 0);
+        EXPECT_EQ(used, head.size());
+        const uint64_t lastGroup = uint64_t{1} << (7 * (groups - 1));
+        EXPECT_EQ(decoded.stExtend.stData.stRouteInfo.stSpecifyServer.ullServerID,
+                  lastGroup | (lastGroup - 1));
+    }
+}
+
+// Fields without an envelope: what is behind a varint that is cut short is no part of it.
+TEST(GuardPagesBehind, AVarintThatIsCutShortAreNotRead) {
+    const Bytes bytes = hex("10 80");
+    const GuardedMemory memory(bytes.size(), GuardedMemory::Access::readOnly);
+    Quorva::BrxReadBuf input(memory.placeAtEnd(bytes), bytes.size());
+    quorva_zrp::TZRPBase decoded = quorva_zrp::TZRPBase();
+    EXPECT_EQ(decoded.unpackTLVWithVarint(input, bytes.size()), Quorva::BRX_ERR_NO_DATA);
+}
+
+TEST_P(GuardPages, BoundUnknownFieldsThatAreCutShort) {
+    const Bytes unknown[] = {
+        hex("F1 01 2A"),                 // a tag of two bytes
+        hex("81 80 04 2A"),              // a tag of three
+        hex("80 80 04 FF FF FF FF 01"),  // a varint
+        hex("84 80 04 01 02 03 04 05 06 07 08"),
+        hex("85 80 04 00 00 00 02 61 62"),
+    };
+    forEachEncoding([&](const Subject&, const Bytes& bytes, bool) {
+        for (const Bytes& field : unknown) {
+            Bytes longer = bytes;
+            longer.insert(longer.end(), field.begin(), field.end());
+            const GuardedMemory memory(longer.size(), GuardedMemory::Access::readOnly);
+            for (size_t size = bytes.size(); size <= longer.size(); ++size) {
+                putLength(longer, 1, size);
+                Bytes expected(recordSize(GetParam()), '\xA5');
+                Bytes record = expected;
+                const Outcome outcome = decode(expected.data(), longer.data(), size);
+                const char* const from = memory.placeAtEnd({longer.data(), size});
+                ASSERT_EQ(outcome, decode(record.data(), from, size)) << toHex(field);
+                ASSERT_EQ(expected, record) << toHex(field);
+            }
+        }
+    });
+}
+
 TEST_P(GuardPages, BoundEveryTruncationOfAReadOnlyInput) {
     const Bytes before(recordSize(GetParam()), '\xA5');
     const GuardedMemory memory(largest(true) + alignments, GuardedMemory::Access::readOnly);
