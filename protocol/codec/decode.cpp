@@ -48,9 +48,11 @@ bool isAtEnd(const Level& level, uint64_t consumed) {
     return level.table().isUnion ? level.seen == isRead : consumed >= level.end;
 }
 
-/// Reads a tag and the value behind it; a nested value is only entered.
+/// Reads a tag and the value behind it; a nested value is only entered. With `Care::certain` a
+/// field that comes twice is a surprise: however often it came, it would be read again.
 template <class Source>
-ZRP_INLINE int decodeNext(const TableData& table, Level& level, char* value, Source& source) {
+ZRP_INLINE int decodeNext(const TableData& table, Level& level, char* value, Source& source,
+                          Care care) {
     uint32_t tag = 0;
     if (const int result = source.tag(tag); result != 0) {
         return result;
@@ -63,13 +65,16 @@ ZRP_INLINE int decodeNext(const TableData& table, Level& level, char* value, Sou
     if (field == nullptr) {
         return source.skip(BrxTLVUtil::getTypeId(tag));
     }
+    if (care == Care::certain && (level.seen & field->presenceBit) != 0) {
+        return surprise;
+    }
     level.seen = static_cast<uint16_t>(level.seen | field->presenceBit);
     return decodeField(*field, value, source);
 }
 
 /// The same through CheckedSource.
 ZRP_SELDOM int decodeNextChecked(Level& level, char* value, CheckedSource& source) {
-    return decodeNext(level.table(), level, value, source);
+    return decodeNext(level.table(), level, value, source, Care::exact);
 }
 
 /// The same for what `quick` does not expect at `at`.
@@ -91,7 +96,7 @@ int decodeFields(Level& level, char* value, QuickSource& source, Care care) {
     source.entered = nullptr;
     do {
         const char* const start = source.at;
-        result = care == Care::exact ? int{surprise} : decodeNext(table, now, value, source);
+        result = care == Care::exact ? int{surprise} : decodeNext(table, now, value, source, care);
         if (result == surprise && care != Care::certain) {
             level = now;
             result = decodeSurprise(level, value, source, start);

@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "protocol/codec/field_data.h"
+#include "protocol/codec/fixed_run.h"
 #include "protocol/codec/sources.h"
 #include "protocol/codec/table.h"
 
@@ -366,8 +367,8 @@ ZRP_INLINE uint32_t decodeNestedTo(const char* last, char* nested,
                                    PredictingSource<Varint, Inlining>& source) {
     using Type = typename Field::type;
     constexpr bool isUnion = Field::kind() == Kind::selectedUnion;
-    // What is steady alone has code of its own anyway, and the most; what was tried whole is not in
-    // order.
+    // What is steady alone has code of its own anyway, and the most. A run that was tried whole and
+    // did not match is not in order.
     constexpr bool isInOrder = !isTriedWhole<Field, Varint, Inlining>();
     constexpr bool isInlined = Field::isHot && Inlining && isInOrder && !isStraightAlone<Type>;
     if constexpr (!isStraightInside<Type>) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "protocol/codec/field_data.h"
+#include "protocol/codec/fixed_run.h"
 #include "protocol/codec/sinks.h"
 #include "protocol/codec/table.h"
 
@@ -87,7 +88,9 @@ EncodeStep encodeShared(uint8_t type, const char* value, long long selector, cha
 /// Writes the field at `Index` of a type and the run that it begins, if any.
 template <class Message, size_t Index, bool Varint>
 ZRP_INLINE int encodeFieldAt(const char* value, UncheckedSink<Varint>& sink) {
-    if constexpr (!Varint && run::beginsAt<Message, Index>()) {
+    if constexpr (!Varint && run::goesOnAt<Message, Index>()) {
+        return 0;
+    } else if constexpr (!Varint && run::isRunFrom<Message, Index>()) {
         sink.template run<FixedRunAt<Message, Index>>(value);
         return 0;
     } else {
@@ -99,9 +102,7 @@ template <class Record, bool Varint, size_t... Index>
 ZRP_INLINE int encodeFields(const char* record, UncheckedSink<Varint>& sink,
                             std::index_sequence<Index...>) {
     int result = 0;
-    (void)(((!Varint && run::goesOnAt<Record, Index>()) ||
-            (result = encodeFieldAt<Record, Index>(record, sink)) == 0) &&
-           ...);
+    (void)(((result = encodeFieldAt<Record, Index>(record, sink)) == 0) && ...);
     return result;
 }
 

@@ -1,7 +1,7 @@
 // Runs of fields that take the same bytes whatever they hold: integers of fixed width, and
 // structures of nothing else. Where everything in a run lies is known when this is compiled, so its
-// tags and lengths are written as one copy, with the values over the gaps, and all compared before
-// a value is read.
+// tags and lengths are written as a few wide constants, with the values over the gaps, and all
+// compared before a value is read.
 #pragma once
 
 #include <algorithm>
@@ -48,10 +48,10 @@ constexpr size_t lengthFrom() {
 template <class Record>
 constexpr uint32_t allPresent = (uint32_t{1} << Fields<Record>::Rows::count) - 1;
 
-/// Whether a run begins with the field at `Index` that encoders write as one. For a single integer
-/// the usual way is as good.
+/// Whether the fields from the one at `Index` on are written as a run. For a single integer the
+/// usual way is as good; a single structure stays a call unless it is hot.
 template <class Message, size_t Index>
-constexpr bool beginsAt() {
+constexpr bool isRunFrom() {
     constexpr size_t length = lengthFrom<Message, Index>();
     if constexpr (length == 1) {
         return Field<Message, Index>::isHot;
@@ -60,13 +60,13 @@ constexpr bool beginsAt() {
     }
 }
 
-/// Whether the field at `Index` of a structure belongs to the run of the one before it.
-template <class Record, size_t Index>
+/// Whether the field at `Index` belongs to the run of the one before it.
+template <class Message, size_t Index>
 constexpr bool goesOnAt() {
-    if constexpr (Index == 0) {
+    if constexpr (Index == 0 || std::is_union_v<Message>) {
         return false;
     } else {
-        return isFixed<Field<Record, Index - 1>>() && isFixed<Field<Record, Index>>();
+        return isFixed<Field<Message, Index - 1>>() && isFixed<Field<Message, Index>>();
     }
 }
 

@@ -6,6 +6,7 @@
 #include "protocol/codec/decode.h"
 #include "protocol/codec/encode.h"
 #include "protocol/codec/envelope.h"
+#include "protocol/codec/fixed_run.h"
 #include "protocol/codec/print.h"
 
 namespace quorva_zrp::codec {
@@ -13,7 +14,7 @@ namespace quorva_zrp::codec {
 // --- Encoding and decoding with an envelope -----------------------------------------------------
 
 /// Encodes where there is room for all records of the type. Apart from `packMessage`, which then
-/// has nothing to save around calls.
+/// has nothing to save around calls; with its parameters in their places, so that it can jump here.
 template <bool Varint, class Record>
 ZRP_APART int packStraight(const char* record, char* buffer, size_t, size_t* usedSize) {
     return packUnchecked(buffer, usedSize, Varint,

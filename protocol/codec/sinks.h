@@ -6,7 +6,6 @@
 #pragma once
 
 #include "protocol/codec/field_data.h"
-#include "protocol/codec/fixed_run.h"
 #include "protocol/codec/wire.h"
 
 namespace quorva_zrp::codec {

@@ -52,7 +52,6 @@ const char* skipBytes(size_t size, const char* from, const char* until) {
 const char* skipChecked(uint32_t wireType, const char* from, const char* until) {
     switch (wireType) {
         case wireVarint:
-            // 9 bytes are always a value; what 10 are is for CheckedSource to say.
             for (size_t i = 1; i < longestVarint && from < until; ++i) {
                 if (byteAt(from++, 0) < 0x80) {
                     return from;

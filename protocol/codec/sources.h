@@ -7,7 +7,6 @@
 #pragma once
 
 #include "protocol/codec/field_data.h"
-#include "protocol/codec/fixed_run.h"
 #include "protocol/codec/wire.h"
 
 namespace quorva_zrp::codec {
@@ -68,16 +67,17 @@ const char* skipChecked(uint32_t wireType, const char* from, const char* until);
 /// tag; away from the end no size needs a compare, which compilers would make a wait again.
 ZRP_INLINE const char* skipValue(uint32_t wireType, const char* from, const char* until) {
     using Quorva::brx_detail::byteAt;
-    if (until - from >= 8) [[likely]] {
+    // 9 bytes are always a value; what 10 are is for CheckedSource to say.
+    constexpr size_t sure = longestVarint - 1;
+    if (until - from >= static_cast<ptrdiff_t>(sure)) [[likely]] {
         switch (wireType) {
             case wireVarint:
-                if (byteAt(from, 0) < 0x80) {
-                    return from + 1;
+                for (size_t i = 0; i < sure; ++i) {
+                    if (byteAt(from, i) < 0x80) {
+                        return from + i + 1;
+                    }
                 }
-                if (byteAt(from, 1) < 0x80) {
-                    return from + 2;
-                }
-                break;
+                return nullptr;
             case wire1Byte:
                 return from + 1;
             case wire2Bytes:
@@ -135,8 +135,8 @@ class PredictingSource {
         return at < last_ ? (first & 0x7F) / 16 + byteAt(at, 1) * 8 : 0;
     }
 
-    /// Reads `Run` if it comes next, or if it is all that does, which takes one check of the room
-    /// and no arithmetic on `at`.
+    /// Reads `Run` if it comes next; with `IsAll` only if it fills what is left. Stores nothing
+    /// otherwise.
     template <class Run, bool IsAll>
     ZRP_INLINE bool acceptRun(char* record) {
         static_assert(!Varint);

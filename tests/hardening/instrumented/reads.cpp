@@ -91,6 +91,36 @@ void decodeRepetitions(const TypePair& pair, Measurement& measurement) {
     }
 }
 
+/// A tag, the length of `value`, and `value`.
+Bytes delimited(Bytes tag, const Bytes& value) {
+    tag.insert(tag.end(), {0, 0, static_cast<char>(value.size() / 256),
+                           static_cast<char>(value.size() % 256)});
+    tag.insert(tag.end(), value.begin(), value.end());
+    return tag;
+}
+
+/// A varint over and over in a body that has no code of its own, in a frame whose end is then
+/// broken: it is read quickly, and all again.
+void decodeNestedRepetitions(const TypePair& pair, Measurement& measurement) {
+    if (strcmp(pair.library->name, "TZRPInFrame") != 0) {
+        return;
+    }
+    for (const char* tag : {"10", "20", "A0 01", "80 80 04"}) {
+        for (size_t groups = 1; groups <= 10; ++groups) {
+            Bytes routeChange;
+            for (size_t i = 0; i < 100; ++i) {
+                const Bytes bytes = hex(tag);
+                routeChange.insert(routeChange.end(), bytes.begin(), bytes.end());
+                routeChange.insert(routeChange.end(), groups - 1, '\xFF');
+                routeChange.push_back('\x01');
+            }
+            Bytes fields = delimited(hex("25"), delimited(hex("A5 80 20"), routeChange));
+            fields.push_back('\x15');
+            measurement.decode(pair, messageOf(true, fields), false);
+        }
+    }
+}
+
 /// Varints that are too long, or do not end, where a field is expected: they are looked at as
 /// predicted, again step by step, and once more as a tag where a 64-bit reader did not move.
 void decodeOverlongVarints(const TypePair& pair, Measurement& measurement) {
@@ -142,6 +172,7 @@ int main() {
             measurement.decode(pair, sample.bytes, false);
         }
         decodeRepetitions(pair, measurement);
+        decodeNestedRepetitions(pair, measurement);
         decodeOverlongVarints(pair, measurement);
         decodeShortBodies(pair, measurement);
     }
