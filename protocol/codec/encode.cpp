@@ -48,7 +48,8 @@ EncodeStep encodeShared(uint8_t type, const char* value, long long selector, cha
 namespace {
 
 /// The most bytes that a field can take.
-ZRP_SELDOM uint64_t largestFieldNow(const FieldData& field, const char* record, bool varint) {
+[[gnu::noinline]] uint64_t largestFieldNow(const FieldData& field, const char* record,
+                                           bool varint) {
     if (field.mayBeAbsent() && field.governor(record) == 0) {
         return 0;  // what is absent may never have been initialised: selectors in it say nothing
     }

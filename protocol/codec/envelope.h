@@ -53,7 +53,8 @@ struct Unpacking {
 };
 
 /// Checks the envelope and decodes the fields behind it as data; `*usedSize` is written once
-/// decoding has begun.
+/// decoding has begun. Its parameters are in the order in which `unpackTLV` has them, so that it is
+/// a jump from there.
 int unpackShared(char* value, const char* buffer, size_t size, size_t* usedSize, Unpacking how,
                  long long* selector);
 

@@ -5,13 +5,20 @@ namespace quorva_zrp::codec::wire {
 namespace {
 
 // Groups of 7 bits, eight at a time: halves, then pairs of pairs, then pairs. A part is moved by
-// two bits by adding it three times more, and by one bit by adding it once more.
+// two bits by adding it three times more, and by one bit by adding it once more; back by
+// subtracting.
 
 /// The low 56 bits of `value` as 8 groups, one a byte.
 uint64_t splitGroups(uint64_t value) {
     value = (value & 0x000000000FFFFFFF) | (value & 0x00FFFFFFF0000000) << 4;
     value += (value & 0x0FFFC0000FFFC000) * 3;
     return value + (value & 0x3F803F803F803F80);
+}
+
+/// Four groups as they travel, each with the continuation bit: the low 28 bits of `value`.
+uint32_t fourGroups(uint32_t value) {
+    return (value & 0x7F) | (value << 1 & 0x7F00) | (value << 2 & 0x7F0000) |
+           (value << 3 & 0x7F000000) | 0x80808080;
 }
 
 /// The groups of 8 bytes put together again; the continuation bits do not matter.

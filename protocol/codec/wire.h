@@ -117,13 +117,6 @@ struct TagBytes {
 
 // --- Varints ------------------------------------------------------------------------------------
 
-/// Four groups as they travel, each with the continuation bit: the low 28 bits of `value`.
-inline uint32_t fourGroups(uint64_t value) {
-    const uint32_t low = static_cast<uint32_t>(value);
-    return (low & 0x7F) | (low << 1 & 0x7F00) | (low << 2 & 0x7F0000) | (low << 3 & 0x7F000000) |
-           0x80808080;
-}
-
 // Varints of more than one group are stored out of line where they are long, as most are not, or
 // where code is to be small. Return the end.
 char* storeLongVarint(char* to, uint16_t value);
