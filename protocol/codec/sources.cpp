@@ -52,7 +52,7 @@ const char* skipBytes(size_t size, const char* from, const char* until) {
 const char* skipChecked(uint32_t wireType, const char* from, const char* until) {
     switch (wireType) {
         case wireVarint:
-            for (size_t i = 1; i < longestVarint && from < until; ++i) {
+            while (from < until) {
                 if (byteAt(from++, 0) < 0x80) {
                     return from;
                 }

@@ -59,7 +59,8 @@ const char* takeBytes(const char* from, const char* until, char* to, size_t capa
 /// end there.
 const char* takeTag(const char* from, const char* until, uint32_t& tag);
 
-/// The end of a value of any field. Null, too, where it may be one that no encoder writes.
+/// The end of a value of any field; of a varint, where at most 8 bytes are left. Null, too, where
+/// it may be one that no encoder writes.
 const char* skipChecked(uint32_t wireType, const char* from, const char* until);
 
 /// The same, for fields that a version of the protocol does not know yet. With a branch of its own
