@@ -139,13 +139,16 @@ const FieldData& leave(Level*& level, char*& value) {
 // byte has that.
 const char* skipField(const char* at, const char* until) {
     const uint32_t first = byteAt(at, 0);
+    if (first >= 0x80 && until - at >= 2 + mostForSure && byteAt(at, 1) < 0x80) [[likely]] {
+        return skipSureValue(first & 0xF, at + 2, until);
+    }
     const char* value = at + 1;
-    if (first >= 0x80) [[likely]] {
+    if (first >= 0x80) {
         if (until - at < 3) {
             return nullptr;
         }
         value = at + 2;
-        if (byteAt(at, 1) >= 0x80) [[unlikely]] {
+        if (byteAt(at, 1) >= 0x80) {
             // A third group of zero would make it a tag in more groups than it needs.
             if (byteAt(at, 2) == 0 || byteAt(at, 2) >= 0x80) {
                 return nullptr;
@@ -153,16 +156,17 @@ const char* skipField(const char* at, const char* until) {
             value = at + 3;
         }
     }
-    return skipValue(first & 0xF, value, until);
+    return skipChecked(first & 0xF, value, until);
 }
 
 // No field of the catalogue is required, so none can be missing.
-DecodeStep decodeShared(Reading reading, char* value, const Input& input, const char* at,
-                        uint64_t end) {
+DecodeStep decodeShared(Reading reading, char* value, const char* at, const char* until,
+                        const char* lastVarint, uint64_t length) {
+    QuickSource source({at, static_cast<size_t>(until - at), lastVarint}, reading.varint);
+    const Input& input = source.input;
     Level levels[CatalogueData::mostLevels];
     Level* level = levels;
-    *level = {end, 0, 0, reading.type, 0};
-    QuickSource source(input, at, reading.varint);
+    *level = {length, 0, 0, reading.type, 0};
     source.until = untilOf(*level, input);
     int result = 0;
     while (result == 0) {
@@ -203,10 +207,18 @@ int decodeShared(Reading reading, char* value, long long* selector, BrxReadBuf& 
         return decodeNextChecked(level, value, source);
     }
     const char* const at = buf.beginPtr + buf.position;
-    const Input input{buf.beginPtr, buf.length,
-                      sureVarintsBefore(buf.beginPtr, buf.beginPtr + buf.length)};
-    const DecodeStep step = decodeShared(reading, value, input, at, buf.position + length);
-    buf.position = input.offsetOf(step.at);
+    const char* const until = buf.beginPtr + buf.length;
+    // Step by step no varint is loaded whole.
+    const bool isQuick = reading.care != Care::exact && at != until;
+    // Of an envelope that declares less than itself the length wraps: it ends before it begins.
+    const bool endsBefore = buf.position + length < length;
+    DecodeStep step =
+        decodeShared(reading, value, at, until, isQuick ? lastVarint(at, until - 1) : at,
+                     endsBefore ? 0 : length);
+    if (endsBefore && step.result == 0) {
+        step.result = Quorva::BRX_ERR_LENGTH_MISMATCH;
+    }
+    buf.position += static_cast<size_t>(step.at - at);
     if (step.result == 0 && selector != nullptr) {
         *selector = step.number;
     }
@@ -214,9 +226,9 @@ int decodeShared(Reading reading, char* value, long long* selector, BrxReadBuf& 
 }
 
 DecodeStep decodeApart(Reading reading, char* nested, const char* at, const char* last,
-                       const char* varintsBefore) {
-    const Input input{at, static_cast<size_t>(last + 1 - at), varintsBefore};
-    return decodeShared(reading, nested, input, at, input.size);
+                       const char* lastVarint) {
+    const char* const until = last + 1;
+    return decodeShared(reading, nested, at, until, lastVarint, static_cast<size_t>(until - at));
 }
 
 }  // namespace quorva_zrp::codec

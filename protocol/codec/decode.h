@@ -86,10 +86,10 @@ struct Reading {
     bool varint;
 };
 
-/// Reads the fields of a structure from `at` on, or one field of a union, up to the offset `end` of
-/// the input, which may lie behind it.
-DecodeStep decodeShared(Reading reading, char* value, const Input& input, const char* at,
-                        uint64_t end);
+/// Reads the fields of a structure, or one field of a union, of `length` bytes, from `at` on and
+/// not beyond `until`. In such terms, so that all travels in registers.
+DecodeStep decodeShared(Reading reading, char* value, const char* at, const char* until,
+                        const char* lastVarint, uint64_t length);
 
 /// The same for `length` bytes from the position of `buf` on; the number of a union's field becomes
 /// `*selector`, which is null for structures.
@@ -98,7 +98,7 @@ int decodeShared(Reading reading, char* value, long long* selector, BrxReadBuf& 
 
 /// Reads a nested value as data, from `at` to the byte at `last`.
 DecodeStep decodeApart(Reading reading, char* nested, const char* at, const char* last,
-                       const char* varintsBefore);
+                       const char* lastVarint);
 
 /// How the operations of a type read as data: after a prediction where they begin with one.
 template <class Message>
@@ -168,13 +168,13 @@ ZRP_INLINE bool isNew(uint32_t row, uint32_t& seen) {
 /// a switch goes to its row. That one piece of code serves every order is why this is a loop around
 /// a switch whose cases fall into each other.
 template <class Record, bool Varint>
-ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* varintsBefore,
+ZRP_APART bool decodeAnyOrder(const char* at, const char* last, const char* lastVarint,
                               char* record, uint32_t seen) {
     constexpr uint32_t count = Fields<Record>::Rows::count;
     static_assert(count <= mostRows, "extend ZRP_FOR_ROWS");
     static_assert(Field<Record, count - 1>::tag(Varint) < 1u << 14,
                   "numberAhead tells all tags of a structure");
-    PredictingSource<Varint, isStraightAlone<Record>> source(at, last, varintsBefore);
+    PredictingSource<Varint, isStraightAlone<Record>> source(at, last, lastVarint);
     uint32_t row = 0;
     goto firstRow;  // the switch would take as long as a field
     for (;;) {      // unreachable: from above; each turn but the first begins here
@@ -262,25 +262,24 @@ ZRP_INLINE bool decodeInOrder(char* record, PredictingSource<Varint, Inlining>& 
     }
     const char* const from = source.at;
     source.at = source.until();
-    return decodeAnyOrder<Record, Varint>(from, source.last(), source.varintsBefore(), record,
-                                          seen);
+    return decodeAnyOrder<Record, Varint>(from, source.last(), source.lastVarint(), record, seen);
 }
 
 /// The same out of line.
 template <class Record, bool Varint>
-bool decodeInOrder(const char* at, const char* last, const char* varintsBefore, char* record) {
-    PredictingSource<Varint, true> source(at, last, varintsBefore);
+bool decodeInOrder(const char* at, const char* last, const char* lastVarint, char* record) {
+    PredictingSource<Varint, true> source(at, last, lastVarint);
     return decodeInOrder<Record>(record, source, FieldIndices<Record>{});
 }
 
 /// Reads the fields of a structure from `at` to the byte at `last`; returns whether that was
 /// possible. `IsInOrder` says whether they may be.
 template <class Record, bool Varint, bool IsInOrder = true>
-ZRP_INLINE bool decode(const char* at, const char* last, const char* varintsBefore, char* record) {
+ZRP_INLINE bool decode(const char* at, const char* last, const char* lastVarint, char* record) {
     if constexpr (IsInOrder && runLength<Record, Varint>() != 0) {
-        return decodeInOrder<Record, Varint>(at, last, varintsBefore, record);
+        return decodeInOrder<Record, Varint>(at, last, lastVarint, record);
     } else {
-        return decodeAnyOrder<Record, Varint>(at, last, varintsBefore, record, 0);
+        return decodeAnyOrder<Record, Varint>(at, last, lastVarint, record, 0);
     }
 }
 
@@ -338,7 +337,7 @@ ZRP_INLINE uint32_t decodeMember(char* value, PredictingSource<Varint, Inlining>
         return number;
     }
     const DecodeStep step = decodeApart({typeIndex<Union>, Care::certain, Varint}, value, source.at,
-                                        source.last(), source.varintsBefore());
+                                        source.last(), source.lastVarint());
     source.at = step.at;
     return step.result == 0 ? step.number : lost;
 }
@@ -351,9 +350,8 @@ struct DecodedMember {
 
 /// The same out of line, from `at` to the byte at `last`.
 template <class Union, bool Varint>
-DecodedMember decodeMember(const char* at, const char* last, const char* varintsBefore,
-                           char* value) {
-    PredictingSource<Varint, true> source(at, last, varintsBefore);
+DecodedMember decodeMember(const char* at, const char* last, const char* lastVarint, char* value) {
+    PredictingSource<Varint, true> source(at, last, lastVarint);
     const uint32_t number = decodeMember<Union>(value, source);
     return {source.at, number};
 }
@@ -373,11 +371,11 @@ ZRP_INLINE uint32_t decodeNestedTo(const char* last, char* nested,
     constexpr bool isInlined = Field::isHot && Inlining && isInOrder && !isStraightAlone<Type>;
     if constexpr (!isStraightInside<Type>) {
         const DecodeStep step = decodeApart({typeIndex<Type>, Care::certain, Varint}, nested,
-                                            source.at, last, source.varintsBefore());
+                                            source.at, last, source.lastVarint());
         source.at = step.at;
         return step.result != 0 ? lost : isUnion ? step.number : 1;
     } else if constexpr (isInlined) {
-        PredictingSource<Varint, Inlining> inside(source.at, last, source.varintsBefore());
+        PredictingSource<Varint, Inlining> inside(source.at, last, source.lastVarint());
         uint32_t number = lost;
         if constexpr (isUnion) {
             number = decodeMember<Type>(nested, inside);
@@ -388,12 +386,12 @@ ZRP_INLINE uint32_t decodeNestedTo(const char* last, char* nested,
         return number;
     } else if constexpr (isUnion) {
         const DecodedMember member =
-            decodeMember<Type, Varint>(source.at, last, source.varintsBefore(), nested);
+            decodeMember<Type, Varint>(source.at, last, source.lastVarint(), nested);
         source.at = member.at;
         return member.number;
     } else {
         const bool isRead =
-            decode<Type, Varint, isInOrder>(source.at, last, source.varintsBefore(), nested);
+            decode<Type, Varint, isInOrder>(source.at, last, source.lastVarint(), nested);
         source.at = last + 1;
         return isRead ? 1 : lost;
     }
@@ -430,8 +428,8 @@ inline int decodeFrom(Record& object, BrxReadBuf& buf, uint64_t length) {
         if (buf.position < buf.length && length - 1 < buf.length - buf.position) {
             const char* const from = buf.beginPtr + buf.position;
             const char* const until = from + length;
-            if (decode<Record, Varint>(
-                    from, until - 1, Varint ? varintsBefore(buf.beginPtr, until) : until, record)) {
+            if (decode<Record, Varint>(from, until - 1,
+                                       Varint ? lastVarint(from, until - 1) : until - 1, record)) {
                 buf.position += static_cast<size_t>(length);
                 return 0;
             }

@@ -68,10 +68,9 @@ ZRP_APART int unpackStraight(char* record, const char* buffer, size_t size, size
     if (usedSize != nullptr) {
         *usedSize = declared;
     }
-    const char* const until = buffer + declared;
+    const char* const last = buffer + declared - 1;
     return decode<Record, Varint, !isRun<Record, Varint>>(
-               buffer + envelopeSize, until - 1, Varint ? varintsBefore(buffer, until) : until,
-               record)
+               buffer + envelopeSize, last, Varint ? lastVarint(buffer, last) : last, record)
                ? 0
                : unpackShared(record, buffer, size, usedSize, {typeIndex<Record>, careFor<Record>},
                               nullptr);

@@ -4,6 +4,19 @@ namespace quorva_zrp::codec {
 
 using Quorva::brx_detail::byteAt;
 
+const char* lastVarintAmong(const char* begin, const char* last) {
+    const ptrdiff_t before = last - begin;
+    for (ptrdiff_t i = 1; i <= before && i < 4; ++i) {
+        if (byteAt(last - i, 0) < 0x80) {
+            return last - i;
+        }
+    }
+    // Four such bytes are the end of a text or a byte array. With its tag and its length it takes
+    // nine bytes or more, and varints are in front of it.
+    constexpr ptrdiff_t longest = longestVarint;
+    return before >= longest ? last - (longest - 1) : begin;
+}
+
 // --- Delimited values that are expected ---------------------------------------------------------
 
 const char* takeText(const char* from, const char* until, char* to, size_t capacity) {
@@ -52,7 +65,7 @@ const char* skipBytes(size_t size, const char* from, const char* until) {
 const char* skipChecked(uint32_t wireType, const char* from, const char* until) {
     switch (wireType) {
         case wireVarint:
-            while (from < until) {
+            for (ptrdiff_t i = 0; i < mostForSure && from < until; ++i) {
                 if (byteAt(from++, 0) < 0x80) {
                     return from;
                 }
@@ -79,7 +92,10 @@ const char* skipChecked(uint32_t wireType, const char* from, const char* until) 
 // --- QuickSource --------------------------------------------------------------------------------
 
 int QuickSource::skip(uint32_t wireType) {
-    return moveTo(at < until ? skipValue(wireType, at, until) : nullptr);
+    if (until - at >= mostForSure) {
+        return moveTo(skipSureValue(wireType, at, until));
+    }
+    return moveTo(at < until ? skipChecked(wireType, at, until) : nullptr);
 }
 
 int QuickSource::length(uint32_t& value) {
@@ -118,12 +134,24 @@ int CheckedSource::integer(const FieldData& field, char* to) {
         }
         return result;
     }
-    return field.withIntegerType([&]<class Integer>(Integer value) {
-        value = load<Integer>(to);
-        const int result = readVarint(value);
-        store(to, value);
-        return result;
-    });
+    if (size == sizeof(uint64_t)) {
+        // Deliberate: of 64 bits only a signed one fails; an unsigned one then leaves what it could
+        // not read to the tag behind it.
+        const bool isRead = takeVarint(field, UINT64_MAX, to);
+        return isRead || !field.integerIsSigned ? 0 : int{Quorva::BRX_ERR_NO_DATA};
+    }
+    const uint32_t allOnes = size == sizeof(uint16_t) ? UINT16_MAX : UINT32_MAX;
+    return takeVarint(field, allOnes, to) ? 0 : int{Quorva::BRX_ERR_NO_DATA};
+}
+
+template <class Register>
+bool CheckedSource::takeVarint(const FieldData& field, Register allOnes, char* to) {
+    Register value = 0;
+    const size_t taken = Quorva::brx_detail::decodeVarint(
+        buf.beginPtr + buf.position, buf.length - buf.position, allOnes, value);
+    buf.position += taken;
+    storeInteger(field.integerSize, to, unpackSign(field, value));
+    return taken != 0;
 }
 
 int CheckedSource::text(char* to, size_t capacity) {

@@ -22,25 +22,22 @@ constexpr int otherTag = 2;
 
 constexpr size_t longestVarint = largestInteger(sizeof(uint64_t), true);
 
-/// Varints that begin before this point and after `begin` have their end in front of `until`, or
-/// take 10 bytes of what is in front of it, which no varint of an encoder exceeds: their bytes need
-/// no bounds checks. Where a message ends in the middle of a varint, or in bytes that look like
-/// that, its last bytes are not among them.
-ZRP_INLINE const char* sureVarintsBefore(const char* begin, const char* until) {
-    constexpr ptrdiff_t room = longestVarint - 1;
-    return until - begin > room ? until - room : begin;
-}
-/// The same for a message of which at least one byte is in front of `until`.
-ZRP_INLINE const char* varintsBefore(const char* begin, const char* until) {
-    return Quorva::brx_detail::byteAt(until - 1, 0) < 0x80 ? until
-                                                           : sureVarintsBefore(begin, until);
+/// Up to where, between `begin` and `last`, varints may begin so that their bytes need no bounds
+/// checks: up to a byte below 0x80 near the end, which ends the varint it belongs to, or up to the
+/// tenth byte from the end, as no varint takes more. All varints of an encoder begin there. It is
+/// `begin`, where a tag is, if there are no such bytes. For messages whose last byte is not below
+/// 0x80.
+const char* lastVarintAmong(const char* begin, const char* last);
+/// The same for all messages, most of which end in such a byte.
+ZRP_INLINE const char* lastVarint(const char* begin, const char* last) {
+    return Quorva::brx_detail::byteAt(last, 0) < 0x80 ? last : lastVarintAmong(begin, last);
 }
 
 /// The bytes being decoded.
 struct Input {
     const char* begin;
-    size_t size;                ///< bytes that may be read
-    const char* varintsBefore;  ///< what the function of this name says
+    size_t size;             ///< bytes that may be read
+    const char* lastVarint;  ///< what the function of this name says
 
     size_t offsetOf(const char* at) const { return static_cast<size_t>(at - begin); }
 
@@ -59,39 +56,42 @@ const char* takeBytes(const char* from, const char* until, char* to, size_t capa
 /// end there.
 const char* takeTag(const char* from, const char* until, uint32_t& tag);
 
-/// The end of a value of any field; of a varint, where at most 8 bytes are left. Null, too, where
-/// it may be one that no encoder writes.
+/// The end of a value of any field. Null where it does not end before `until`, or may be one that
+/// no encoder writes.
 const char* skipChecked(uint32_t wireType, const char* from, const char* until);
 
-/// The same, for fields that a version of the protocol does not know yet. With a branch of its own
-/// for every size, so that processors guess where the next field begins instead of waiting for the
-/// tag; away from the end no size needs a compare, which compilers would make a wait again.
-ZRP_INLINE const char* skipValue(uint32_t wireType, const char* from, const char* until) {
-    using Quorva::brx_detail::byteAt;
-    // 9 bytes are always a value; what 10 are is for CheckedSource to say.
-    constexpr size_t sure = longestVarint - 1;
-    if (until - from >= static_cast<ptrdiff_t>(sure)) [[likely]] {
-        switch (wireType) {
-            case wireVarint:
-                for (size_t i = 0; i < sure; ++i) {
-                    if (byteAt(from, i) < 0x80) {
-                        return from + i + 1;
-                    }
+/// That many bytes are always a varint; what ten are is for CheckedSource to say.
+constexpr ptrdiff_t mostForSure = longestVarint - 1;
+
+/// The same where `mostForSure` bytes are left, for fields that a version of the protocol does not
+/// know yet. With a branch of its own for every size, so that processors guess where the next field
+/// begins instead of waiting for the tag; no size needs a compare, which compilers would make a
+/// wait again.
+ZRP_INLINE const char* skipSureValue(uint32_t wireType, const char* from, const char* until) {
+    switch (wireType) {
+        case wireVarint:
+            for (ptrdiff_t i = 0; i < mostForSure; ++i) {
+                if (Quorva::brx_detail::byteAt(from, static_cast<size_t>(i)) < 0x80) {
+                    return from + i + 1;
                 }
-                return nullptr;
-            case wire1Byte:
-                return from + 1;
-            case wire2Bytes:
-                return from + 2;
-            case wire4Bytes:
-                return from + 4;
-            case wire8Bytes:
-                return from + 8;
-            default:
-                break;
+            }
+            return nullptr;
+        case wire1Byte:
+            return from + 1;
+        case wire2Bytes:
+            return from + 2;
+        case wire4Bytes:
+            return from + 4;
+        case wire8Bytes:
+            return from + 8;
+        case wireDelimited: {
+            const uint32_t length = wire::loadHighFirst<uint32_t>(from);
+            from += lengthSize;
+            return length <= static_cast<size_t>(until - from) ? from + length : nullptr;
         }
+        default:
+            return nullptr;
     }
-    return skipChecked(wireType, from, until);
 }
 
 /// `Inlining` says whether the code of hot nested values becomes part of that of their holder.
@@ -99,15 +99,21 @@ template <bool Varint, bool Inlining>
 class PredictingSource {
   public:
     /// Reads from `from` up to the byte at `last`, which is no further than that of the message.
-    ZRP_INLINE PredictingSource(const char* from, const char* last, const char* varintsBefore)
-        : at(from), varintsBefore_(varintsBefore), last_(last) {}
+    ZRP_INLINE PredictingSource(const char* from, const char* last, const char* lastVarint)
+        : at(from),
+          lastVarint_(lastVarint),
+          last_(last),
+          lastVarintHere_(lastVarint < last ? lastVarint : last) {}
 
-    /// Steps over the tag of `Field` if it comes next and enough of its value follows to read on.
+    /// Steps over the tag of `Field` if it comes next and enough of its value follows to read on:
+    /// of a varint, to its end.
     template <class Field>
     ZRP_INLINE bool acceptTag() {
         using Tag = wire::TagBytes<Field::tag(Varint)>;
         constexpr size_t value = leastValue<Field>();
-        if (!holds<Tag::size + value>() || !Tag::template isAt<value>(at)) {
+        const char* const lastValue =
+            Field::tag(Varint) % 16 == wireVarint ? lastVarintHere_ : last_;
+        if (!reaches<Tag::size + value>(lastValue) || !Tag::template isAt<value>(at)) {
             return false;
         }
         at += Tag::size;
@@ -156,7 +162,7 @@ class PredictingSource {
     ZRP_INLINE int integer(Field, char* to) {
         if constexpr (Field::kind() == Kind::integer) {
             typename Field::type value = 0;
-            const char* const end = wire::loadInteger<Varint>(at, varintsBefore_, value);
+            const char* const end = wire::loadInteger<Varint>(at, lastVarint_, value);
             if (end != nullptr) {
                 store(to, value);
             }
@@ -183,7 +189,7 @@ class PredictingSource {
         return result;
     }
 
-    ZRP_INLINE const char* varintsBefore() const { return varintsBefore_; }
+    ZRP_INLINE const char* lastVarint() const { return lastVarint_; }
 
     /// Where reading ends.
     ZRP_INLINE const char* until() const { return last_ + 1; }
@@ -193,14 +199,21 @@ class PredictingSource {
     const char* at;  ///< the next byte
 
   private:
+    /// Whether there are `Size` bytes from `at` to the byte at `last`.
+    template <size_t Size>
+    ZRP_INLINE bool reaches(const char* last) const {
+        if constexpr (Size == 2) {
+            return at < last;  // what most fields ask: one compare
+        } else {
+            return reinterpret_cast<uintptr_t>(at) <=
+                   reinterpret_cast<uintptr_t>(last) - (Size - 1);
+        }
+    }
+
     /// Whether `Size` more bytes may be taken.
     template <size_t Size>
     ZRP_INLINE bool holds() const {
-        if constexpr (Size == 2) {
-            return at < last_;  // what most fields ask: one compare
-        } else {
-            return last_ - at >= static_cast<ptrdiff_t>(Size - 1);
-        }
+        return reaches<Size>(last_);
     }
 
     template <class Field>
@@ -220,23 +233,12 @@ class PredictingSource {
         return 0;
     }
 
-    const char* const varintsBefore_;
+    const char* const lastVarint_;
     const char* const last_;
+    const char* const lastVarintHere_;
 };
 
 // Integers whose size is known at run time.
-
-/// Loads a varint for an integer of `size` bytes.
-ZRP_INLINE wire::LoadedVarint loadVarint(size_t size, const char* from, const char* varintsBefore) {
-    switch (size) {
-        case 2:
-            return wire::loadVarint<16>(from, varintsBefore);
-        case 4:
-            return wire::loadVarint<32>(from, varintsBefore);
-        default:
-            return wire::loadVarint<64>(from, varintsBefore);
-    }
-}
 
 ZRP_INLINE uint64_t loadFixed(size_t size, const char* from) {
     switch (size) {
@@ -264,15 +266,21 @@ ZRP_INLINE void storeInteger(size_t size, char* to, uint64_t value) {
     }
 }
 
+/// The value of an integer that travelled as the varint `value`.
+ZRP_INLINE uint64_t unpackSign(const FieldData& field, uint64_t value) {
+    return field.integerIsSigned ? static_cast<uint64_t>(Quorva::brx_detail::unzigzag(value))
+                                 : value;
+}
+
 /// Reads fields in any order: tags too, over unknown fields, and sees for itself that values begin
 /// before the end. What PredictingSource would not take is a surprise here as well.
 class QuickSource {
   public:
     /// `until` is to be set before anything is read.
-    QuickSource(const Input& bytes, const char* from, bool varints)
-        : input(bytes), at(from), until(from), varint(varints) {}
+    QuickSource(const Input& bytes, bool varints)
+        : input(bytes), at(bytes.begin), until(bytes.begin), varint(varints) {}
 
-    const Input& input;
+    const Input input;
     const char* at;     ///< the next byte
     const char* until;  ///< where reading ends, no further than the input
     /// The field of a nested value whose length has been read, else null: the loop over the fields
@@ -294,17 +302,18 @@ class QuickSource {
         const size_t size = field.integerSize;
         uint64_t value = 0;
         if (varint && size != 1) {
-            if (at >= until) {
+            if (at >= until || at > input.lastVarint) {
                 return surprise;
             }
-            const wire::LoadedVarint loaded = loadVarint(size, at, input.varintsBefore);
-            if (loaded.end == nullptr) {
+            // Of 64 bits whatever the field has: one piece of code.
+            const wire::LoadedVarint loaded = wire::loadVarint<64>(at, input.lastVarint);
+            if (loaded.end == nullptr ||
+                loaded.end - at > static_cast<ptrdiff_t>(largestInteger(size, true)) ||
+                loaded.value > UINT64_MAX >> (64 - size * 8)) {
                 return surprise;
             }
             at = loaded.end;
-            value = field.integerIsSigned
-                        ? static_cast<uint64_t>(Quorva::brx_detail::unzigzag(loaded.value))
-                        : loaded.value;
+            value = unpackSign(field, loaded.value);
         } else {
             if (remaining() < size) {
                 return surprise;
@@ -367,12 +376,10 @@ class CheckedSource {
     }
 
   private:
-    int readVarint(uint8_t&) { return 0; }  // unreachable: a byte is never a varint
-    int readVarint(uint16_t& value) { return buf.readVarUInt16(value); }
-    int readVarint(uint32_t& value) { return buf.readVarUInt32(value); }
-    int readVarint(uint64_t& value) { return buf.readVarUInt64(value); }
-    int readVarint(int32_t& value) { return buf.readVarInt32(value); }
-    int readVarint(int64_t& value) { return buf.readVarInt64(value); }
+    /// Reads a varint of at most `allOnes` into the bytes at `to`, as far as it goes; returns
+    /// whether it ended.
+    template <class Register>
+    bool takeVarint(const FieldData& field, Register allOnes, char* to);
 
     const bool varint_;
 };

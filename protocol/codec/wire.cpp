@@ -91,8 +91,8 @@ char* storeLongVarint(char* to, uint64_t value) {
 }
 
 template <unsigned Bits>
-LoadedVarint loadGroupsShared(const char* from, const char* varintsBefore) {
-    return loadGroups<Bits>(from, varintsBefore);
+LoadedVarint loadGroupsShared(const char* from, const char* lastVarint) {
+    return loadGroups<Bits>(from, lastVarint);
 }
 template LoadedVarint loadGroupsShared<16>(const char*, const char*);
 template LoadedVarint loadGroupsShared<32>(const char*, const char*);
@@ -117,8 +117,8 @@ LoadedVarint loadLongVarint(const char* from, uint32_t two) {
     return {from + 5, addGroup(four, fifth, 28)};
 }
 
-LoadedVarint loadLongVarint(const char* from, const char* varintsBefore) {
-    const uint64_t bytes = varintsBefore - from >= 8 ? loadLowFirst<8>(from) : bytesOfVarint(from);
+LoadedVarint loadLongVarint(const char* from, const char* lastVarint) {
+    const uint64_t bytes = lastVarint - from >= 7 ? loadLowFirst<8>(from) : bytesOfVarint(from);
     const uint64_t ends = ~bytes & 0x8080808080808080;
     if (ends != 0) {
         const unsigned lastBit = static_cast<unsigned>(std::countr_zero(ends));

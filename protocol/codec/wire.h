@@ -164,14 +164,14 @@ struct LoadedVarint {
     uint64_t value;
 };
 
-// Loading a varint takes one byte of input; the others it looks at only when it begins before
-// `varintsBefore`: from there on a varint may have no end. Values of more than two groups go on out
-// of line: most are shorter.
+// A varint that is loaded has its end in the input, or ten bytes are there: it begins no later than
+// `lastVarint`, which is such a place itself. Values of more than two groups go on out of line:
+// most are shorter.
 
 /// Goes on after two groups that gave `two`, for up to 32 bits.
 LoadedVarint loadLongVarint(const char* from, uint32_t two);
 /// Starts again, for up to 64 bits: eight groups at once where the input is long enough.
-LoadedVarint loadLongVarint(const char* from, const char* varintsBefore);
+LoadedVarint loadLongVarint(const char* from, const char* lastVarint);
 
 /// The groups of `so` and the one in `byte`, which comes `shift` bits higher. The continuation bit
 /// of the group before stands where this one begins: it is taken out.
@@ -182,11 +182,8 @@ inline uint32_t addGroup(uint32_t so, uint32_t byte, unsigned shift) {
 /// Loads a varint of `Bits` bits that has more than one group. Two, and all that 16 bits can take,
 /// are read here.
 template <unsigned Bits>
-ZRP_INLINE LoadedVarint loadGroups(const char* from, const char* varintsBefore) {
+ZRP_INLINE LoadedVarint loadGroups(const char* from, const char* lastVarint) {
     using Quorva::brx_detail::byteAt;
-    if (from >= varintsBefore) {
-        return {nullptr, 0};
-    }
     const uint32_t second = byteAt(from, 1);
     const uint32_t two = addGroup(byteAt(from, 0), second, 7);
     if (second < 0x80) {
@@ -199,25 +196,25 @@ ZRP_INLINE LoadedVarint loadGroups(const char* from, const char* varintsBefore) 
     } else if constexpr (Bits == 32) {
         return loadLongVarint(from, two);
     } else {
-        return loadLongVarint(from, varintsBefore);
+        return loadLongVarint(from, lastVarint);
     }
 }
 
 /// The same out of line, where code is to be small.
 template <unsigned Bits>
-LoadedVarint loadGroupsShared(const char* from, const char* varintsBefore);
+LoadedVarint loadGroupsShared(const char* from, const char* lastVarint);
 
 /// Loads a varint of `Bits` bits.
 template <unsigned Bits>
-ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* varintsBefore) {
+ZRP_INLINE LoadedVarint loadVarint(const char* from, const char* lastVarint) {
     const uint32_t first = Quorva::brx_detail::byteAt(from, 0);
     if ((first & 0x80) == 0) {
         return {from + 1, first};
     }
     if constexpr (keepsCodeSmall) {
-        return loadGroupsShared<Bits>(from, varintsBefore);
+        return loadGroupsShared<Bits>(from, lastVarint);
     } else {
-        return loadGroups<Bits>(from, varintsBefore);
+        return loadGroups<Bits>(from, lastVarint);
     }
 }
 
@@ -252,12 +249,12 @@ constexpr size_t leastInput = Varint ? 1 : sizeof(Integer);
 
 /// Loads an integer into `field`; returns where it ends, or null (only with varints) as loadVarint.
 template <bool Varint, class Integer>
-ZRP_INLINE const char* loadInteger(const char* from, const char* varintsBefore, Integer& field) {
+ZRP_INLINE const char* loadInteger(const char* from, const char* lastVarint, Integer& field) {
     if constexpr (sizeof(Integer) == 1) {
         field = static_cast<Integer>(from[0]);
         return from + 1;
     } else if constexpr (Varint) {
-        const LoadedVarint loaded = loadVarint<sizeof(Integer) * 8>(from, varintsBefore);
+        const LoadedVarint loaded = loadVarint<sizeof(Integer) * 8>(from, lastVarint);
         if constexpr (std::is_signed_v<Integer>) {
             using Register = std::make_unsigned_t<Integer>;
             field = Quorva::brx_detail::unzigzag(static_cast<Register>(loaded.value));

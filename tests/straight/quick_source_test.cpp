@@ -43,8 +43,8 @@ struct Reader {
     Reader(Bytes all, bool varint, size_t behind = 0)
         : bytes(std::move(all)),
           input{bytes.data(), bytes.size(),
-                sureVarintsBefore(bytes.data(), bytes.data() + bytes.size())},
-          source(input, bytes.data(), varint) {
+                lastVarint(bytes.data(), bytes.data() + bytes.size() - 1)},
+          source(input, varint) {
         source.until = bytes.data() + bytes.size() - behind;
     }
     Reader(const Reader&) = delete;
@@ -272,7 +272,8 @@ TEST(LoadedVarints, AreTakenAtEveryNumberOfGroups) {
         for (const uint64_t value : edges(bits)) {
             const Bytes varint = varintOf(value);
             const Bytes bytes = withMore(varint, 9);
-            const wire::LoadedVarint loaded = loadOne(bytes.data(), bytes.data() + varint.size());
+            const wire::LoadedVarint loaded =
+                loadOne(bytes.data(), bytes.data() + varint.size() - 1);
             ASSERT_EQ(bytes.data() + varint.size(), loaded.end) << value;
             EXPECT_EQ(value, loaded.value);
         }
