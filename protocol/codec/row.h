@@ -220,8 +220,8 @@ struct DefaultValue {
 /// Marks a nested value that steady traffic passes: its code becomes part of its holder's straight
 /// line, which spares a call per level and costs a copy of the code per holder. Not where the
 /// library is compiled to be small. Decoders leave it a call where its type has code for its own
-/// operations, except for a run of fixed width, and in code that only unusual orders of fields come
-/// to.
+/// operations anyway and holds nothing nested, except for a run of fixed width, and in code that only
+/// unusual orders of fields come to.
 struct Hot {};
 
 /// A text as a template argument.
