@@ -8,6 +8,7 @@
 
 #include "protocol/codec/field_data.h"
 #include "protocol/codec/fixed_run.h"
+#include "protocol/codec/hot.h"
 #include "protocol/codec/sinks.h"
 #include "protocol/codec/table.h"
 
@@ -16,10 +17,11 @@ namespace quorva_zrp::codec {
 // --- One field ----------------------------------------------------------------------------------
 
 // How the two speeds enter a nested value; below and in encode.cpp.
-template <class Field, bool Varint>
-int encodeStructure(Field field, const char* nested, UncheckedSink<Varint>& sink);
-template <class Field, bool Varint>
-int encodeUnion(Field field, const char* nested, long long selector, UncheckedSink<Varint>& sink);
+template <class Field, bool Varint, bool OnePiece>
+int encodeStructure(Field field, const char* nested, UncheckedSink<Varint, OnePiece>& sink);
+template <class Field, bool Varint, bool OnePiece>
+int encodeUnion(Field field, const char* nested, long long selector,
+                UncheckedSink<Varint, OnePiece>& sink);
 int encodeStructure(const FieldData& field, const char* nested, CheckedSink& sink);
 int encodeUnion(const FieldData& field, const char* nested, long long selector, CheckedSink& sink);
 
@@ -86,8 +88,8 @@ EncodeStep encodeShared(uint8_t type, const char* value, long long selector, cha
 // --- Straight-line code, with room for the largest encoding -------------------------------------
 
 /// Writes the field at `Index` of a type and the run that it begins, if any.
-template <class Message, size_t Index, bool Varint>
-ZRP_INLINE int encodeFieldAt(const char* value, UncheckedSink<Varint>& sink) {
+template <class Message, size_t Index, bool Varint, bool OnePiece>
+ZRP_INLINE int encodeFieldAt(const char* value, UncheckedSink<Varint, OnePiece>& sink) {
     if constexpr (!Varint && run::goesOnAt<Message, Index>()) {
         return 0;
     } else if constexpr (!Varint && run::isRunFrom<Message, Index>()) {
@@ -98,21 +100,26 @@ ZRP_INLINE int encodeFieldAt(const char* value, UncheckedSink<Varint>& sink) {
     }
 }
 
-template <class Record, bool Varint, size_t... Index>
-ZRP_INLINE int encodeFields(const char* record, UncheckedSink<Varint>& sink,
+template <class Record, bool Varint, bool OnePiece, size_t... Index>
+ZRP_INLINE int encodeFields(const char* record, UncheckedSink<Varint, OnePiece>& sink,
                             std::index_sequence<Index...>) {
     int result = 0;
     (void)(((result = encodeFieldAt<Record, Index>(record, sink)) == 0) && ...);
     return result;
 }
 
-template <class Union, class Sink>
-ZRP_INLINE int encodeMember(const char* value, long long selector, Sink& sink) {
-    return withMember<Union>(
-        selector,
-        [&]<size_t Index>(Field<Union, Index>)
-            ZRP_INLINE_LAMBDA { return encodeFieldAt<Union, Index>(value, sink); },
-        [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
+template <class Union, bool Varint, bool OnePiece>
+ZRP_INLINE int encodeMember(const char* value, long long selector,
+                            UncheckedSink<Varint, OnePiece>& sink) {
+    const auto encodeIt = [&]<size_t Index>(Field<Union, Index>) ZRP_INLINE_LAMBDA {
+        return encodeFieldAt<Union, Index>(value, sink);
+    };
+    if constexpr (OnePiece) {
+        return withHotMember<Union>(selector, encodeIt);
+    } else {
+        return withMember<Union>(selector, encodeIt,
+                                 [] { return int{Quorva::BRX_ERR_BAD_SELECTOR}; });
+    }
 }
 
 template <class Record, bool Varint>
@@ -130,29 +137,30 @@ EncodeStep encodeUnchecked(const char* value, long long selector, char* to) {
 }
 
 /// Goes on after a nested value that was written out of line.
-template <bool Varint>
-ZRP_INLINE int goOn(UncheckedSink<Varint>& sink, EncodeStep step) {
+template <class Sink>
+ZRP_INLINE int goOn(Sink& sink, EncodeStep step) {
     sink.at = step.at;
     return step.result;
 }
 
-template <class Field, bool Varint>
-ZRP_INLINE int encodeStructure(Field, const char* nested, UncheckedSink<Varint>& sink) {
+template <class Field, bool Varint, bool OnePiece>
+ZRP_INLINE int encodeStructure(Field, const char* nested, UncheckedSink<Varint, OnePiece>& sink) {
     using Type = typename Field::type;
     if constexpr (Field::kind() != Kind::structure) {
         return 0;  // unreachable: encodeDelimitedValue calls this for structures only
     } else if constexpr (!isStraightInside<Type>) {
         return goOn(sink, encodeShared(typeIndex<Type>, nested, 0, sink.at, Varint));
-    } else if constexpr (Field::isHot) {
+    } else if constexpr (Field::isHot && (OnePiece || !isStraightAlone<Type>)) {
+        // What is steady alone has code of its own anyway.
         return encodeFields<Type>(nested, sink, FieldIndices<Type>{});
     } else {
         return goOn(sink, encodeUnchecked<Type, Varint>(nested, sink.at));
     }
 }
 
-template <class Field, bool Varint>
+template <class Field, bool Varint, bool OnePiece>
 ZRP_INLINE int encodeUnion(Field, const char* nested, long long selector,
-                           UncheckedSink<Varint>& sink) {
+                           UncheckedSink<Varint, OnePiece>& sink) {
     using Type = typename Field::type;
     if constexpr (Field::kind() != Kind::selectedUnion) {
         return 0;  // unreachable: encodeDelimitedValue calls this for unions only

@@ -54,7 +54,7 @@ template <class Message, size_t Index>
 constexpr bool isRunFrom() {
     constexpr size_t length = lengthFrom<Message, Index>();
     if constexpr (length == 1) {
-        return Field<Message, Index>::isHot;
+        return Field<Message, Index>::isNested && Field<Message, Index>::isHot;
     } else {
         return length != 0;
     }

@@ -21,6 +21,14 @@ ZRP_APART int packStraight(const char* record, char* buffer, size_t, size_t* use
                          encodeUnchecked<Record, Varint>(record, buffer + envelopeSize));
 }
 
+/// The same for a record that `choosesHot`.
+template <bool Varint, class Record>
+ZRP_APART int packOnePiece(const char* record, char* buffer, size_t, size_t* usedSize) {
+    UncheckedSink<Varint, true> sink(buffer + envelopeSize);
+    const int result = encodeFields<Record>(record, sink, FieldIndices<Record>{});
+    return packUnchecked(buffer, usedSize, Varint, {sink.at, result});
+}
+
 template <class Record>
 inline int packMessage(const Record& object, char* buffer, size_t size, size_t* usedSize,
                        bool varint) {
@@ -34,6 +42,12 @@ inline int packMessage(const Record& object, char* buffer, size_t size, size_t* 
         return packTight(type, record, buffer, size, usedSize, varint,
                          varint ? encodeVarint : encodeFixed);
     } else {
+        if constexpr (isOnePiece<Record>) {
+            if (choosesHot<Record>(record)) {
+                return varint ? packOnePiece<true, Record>(record, buffer, size, usedSize)
+                              : packOnePiece<false, Record>(record, buffer, size, usedSize);
+            }
+        }
         return varint ? packStraight<true, Record>(record, buffer, size, usedSize)
                       : packStraight<false, Record>(record, buffer, size, usedSize);
     }

@@ -40,10 +40,11 @@ struct Fields;
 /// How much straight-line code a type gets. Without, it shares the step-by-step code, which takes
 /// several times as long and costs no code per type. Given in protocol/fields.
 enum class Steady : uint8_t {
-    no,      ///< none: it is seldom sent
-    once,    ///< as `inside`, but none where code is to be small: it is sent once a connection
-    inside,  ///< as part of another type: steady traffic holds it
-    alone,   ///< for its own operations, too: steady traffic consists of it
+    no,        ///< none: it is seldom sent
+    once,      ///< as `inside`, but none where code is to be small: it is sent once a connection
+    inside,    ///< as part of another type: steady traffic holds it
+    alone,     ///< for its own operations, too: steady traffic consists of it
+    onePiece,  ///< as `alone`, with code apart to encode what chooses nothing but what is hot
 };
 template <class Message>
 constexpr Steady steady = Steady::no;
@@ -68,7 +69,11 @@ constexpr bool isStraightInside = !isCompact &&
 
 /// Whether the operations of this type use straight-line code.
 template <class Message>
-constexpr bool isStraightAlone = !isCompact && steady<Message> == Steady::alone;
+constexpr bool isStraightAlone = !isCompact && steady<Message> >= Steady::alone;
+
+/// Whether records of this type that choose nothing but what is hot have code of their own.
+template <class Message>
+constexpr bool isOnePiece = !isCompact && !keepsCodeSmall && steady<Message> == Steady::onePiece;
 
 // --- Kinds --------------------------------------------------------------------------------------
 
@@ -218,10 +223,11 @@ struct DefaultValue {
 };
 
 /// Marks a nested value that steady traffic passes: its code becomes part of its holder's straight
-/// line, which spares a call per level and costs a copy of the code per holder. Not where the
-/// library is compiled to be small. Decoders leave it a call where its type has code for its own
-/// operations anyway and holds nothing nested, except for a run of fixed width, and in code that only
-/// unusual orders of fields come to.
+/// line, which spares a call per level and costs a copy of the code per holder. Among the members
+/// of a union it marks those that steady traffic chooses. Not where the library is compiled to be
+/// small. What has code for its own operations anyway stays a call in encoders but for records that
+/// choose nothing but what is hot, and in decoders if it holds nothing nested; runs of fixed width
+/// do not. So does all in code that only unusual orders of fields come to.
 struct Hot {};
 
 /// A text as a template argument.
@@ -304,7 +310,6 @@ struct Row {
     static_assert(Governor::size == 0 || isNested || kindOf<Type>() == Kind::bytes ||
                       kindOf<Type>() == Kind::trailingBytes,
                   "byte arrays, structures and unions have governors, other fields have none");
-    static_assert(!isMarkedHot || isNested, "only nested values are hot");
     static_assert(Default::template suits<Type>(), "a default is of its field's kind and size");
     static_assert(makeTag(Number, wireDelimited) < 1u << 21, "a tag takes at most three bytes");
 

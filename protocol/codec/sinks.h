@@ -12,7 +12,8 @@ namespace quorva_zrp::codec {
 
 using Quorva::BrxWriteBuf;
 
-template <bool Varint>
+/// `OnePiece` says that all unions choose a member that is hot.
+template <bool Varint, bool OnePiece = false>
 class UncheckedSink {
   public:
     using Hole = char*;

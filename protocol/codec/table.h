@@ -310,6 +310,8 @@ struct StructureTable {
                       "a governor holds every value that it may need");
         static_assert(check::governorsComeBefore<Rows>(std::make_index_sequence<Rows::count - 1>{}),
                       "a governed field comes right after what governs it");
+        static_assert(((Row::isNested || !Row::isMarkedHot) && ...),
+                      "of the fields of a structure only nested values are hot");
         static_assert(envelopeSize + largestBody(true, publishedTagSize) == MaxVarint,
                       "the rows add up to the published largest size with varints");
         static_assert(envelopeSize + largestBody(false, publishedTagSize) == MaxFixed,
@@ -365,7 +367,7 @@ struct UnionTable {
     struct Fields<Type> : Type##Rows::Table {};                                          \
     static_assert(Fields<Type>::check())
 
-/// Gives a type straight-line code: ZRP_STEADY(Type, inside) or ZRP_STEADY(Type, alone).
+/// Gives a type straight-line code: ZRP_STEADY(Type, inside), for example.
 #define ZRP_STEADY(Type, how) \
     template <>               \
     inline constexpr Steady steady<Type> = Steady::how

@@ -32,7 +32,7 @@ ZRP_UNION(TZRPBody,
     ZRP_MEMBER(ZRP_CMD_AUTH_REQ, st, AuthReq),
     ZRP_MEMBER(ZRP_CMD_AUTH_RSP, st, AuthRsp),
     ZRP_MEMBER(ZRP_CMD_WAIT, st, Wait),
-    ZRP_MEMBER(ZRP_CMD_DATA, ch, Data),
+    ZRP_MEMBER(ZRP_CMD_DATA, ch, Data, Hot),
     ZRP_MEMBER(ZRP_CMD_CSTOP, st, CStop),
     ZRP_MEMBER(ZRP_CMD_SSTOP, st, SStop),
     ZRP_MEMBER(ZRP_CMD_BINGO, st, Bingo),
@@ -58,6 +58,6 @@ ZRP_STEADY(TZRPExtHead, inside);
 ZRP_STEADY(TZRPBody, inside);
 ZRP_STEADY(TZRPHead, alone);
 ZRP_STEADY(TZRPFrame, alone);
-ZRP_STEADY(TZRPInFrame, alone);
+ZRP_STEADY(TZRPInFrame, onePiece);
 
 }  // namespace quorva_zrp::codec

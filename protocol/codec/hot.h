@@ -1,0 +1,70 @@
+// What is marked Hot among the members of unions. A record whose unions all choose such members is
+// what steady traffic sends: it is written by a piece of code of its own, without a switch and
+// without saving registers around calls of what it does not hold.
+#pragma once
+
+#include "protocol/codec/table.h"
+
+namespace quorva_zrp::codec {
+
+namespace hot {
+
+template <class Field>
+ZRP_INLINE bool isChosenAt(const char* record);
+
+template <class Record, size_t... Index>
+ZRP_INLINE bool isChosenIn(const char* record, std::index_sequence<Index...>) {
+    return (isChosenAt<Field<Record, Index>>(record) && ...);
+}
+
+template <class Union, size_t... Index>
+ZRP_INLINE bool isMember(const char* value, uint64_t selector, std::index_sequence<Index...>) {
+    return ((Field<Union, Index>::isHot && selector == Field<Union, Index>::number() &&
+             isChosenAt<Field<Union, Index>>(value)) ||
+            ...);
+}
+
+template <class Field>
+ZRP_INLINE bool isChosenAt(const char* record) {
+    using Type = typename Field::type;
+    const char* const value = record + Field::offset();
+    if constexpr (Field::kind() == Kind::structure) {
+        return isChosenIn<Type>(value, FieldIndices<Type>{});
+    } else if constexpr (Field::kind() == Kind::selectedUnion) {
+        return isMember<Type>(value, Field::governor(record), FieldIndices<Type>{});
+    } else {
+        return true;
+    }
+}
+
+template <class Union, size_t... Index>
+constexpr size_t lastOf(std::index_sequence<Index...>) {
+    size_t last = 0;
+    ((last = Field<Union, Index>::isHot ? Index : last), ...);
+    return last;
+}
+
+}  // namespace hot
+
+/// Whether the unions in a record, and in what they choose, all choose a member that is hot.
+template <class Record>
+ZRP_INLINE bool choosesHot(const char* record) {
+    return hot::isChosenIn<Record>(record, FieldIndices<Record>{});
+}
+
+/// Calls `found` with the hot member, from the one at `Index` on, that `selector` names: there is
+/// one, so the last is not asked.
+template <class Union, size_t Index = 0, class Found>
+ZRP_INLINE auto withHotMember(long long selector, Found found) {
+    using Member = Field<Union, Index>;
+    if constexpr (Index == hot::lastOf<Union>(FieldIndices<Union>{})) {
+        return found(Member{});
+    } else if constexpr (Member::isHot) {
+        return selector == Member::number() ? found(Member{})
+                                            : withHotMember<Union, Index + 1>(selector, found);
+    } else {
+        return withHotMember<Union, Index + 1>(selector, found);
+    }
+}
+
+}  // namespace quorva_zrp::codec
