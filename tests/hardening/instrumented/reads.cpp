@@ -152,6 +152,22 @@ void decodeShortBodies(const TypePair& pair, Measurement& measurement) {
     }
 }
 
+/// Fields of three to five bytes, of those that matter to a decoder: tags, the ends of varints and
+/// what goes on. What is read of each message beside its fields is most in such.
+void decodeShortBodiesOfVarints(const TypePair& pair, Measurement& measurement) {
+    const Bytes bytes = hex("00 10 15 05 20 7F 80 FF");
+    for (size_t length = 3; length <= 5; ++length) {
+        const size_t count = size_t{1} << (3 * length);
+        for (size_t choice = 0; choice < count; ++choice) {
+            Bytes fields;
+            for (size_t i = 0; i < length; ++i) {
+                fields.push_back(bytes[choice >> (3 * i) & 7]);
+            }
+            measurement.decode(pair, messageOf(true, fields), false);
+        }
+    }
+}
+
 }  // namespace
 }  // namespace zrp_test
 
@@ -175,6 +191,7 @@ int main() {
         decodeNestedRepetitions(pair, measurement);
         decodeOverlongVarints(pair, measurement);
         decodeShortBodies(pair, measurement);
+        decodeShortBodiesOfVarints(pair, measurement);
     }
     return measurement.report();
 }
