@@ -160,9 +160,9 @@ const char* skipField(const char* at, const char* until) {
 }
 
 // No field of the catalogue is required, so none can be missing.
-DecodeStep decodeShared(Reading reading, char* value, const char* at, const char* until,
+DecodeStep decodeShared(Reading reading, char* value, const char* at, size_t room,
                         const char* lastVarint, uint64_t length) {
-    QuickSource source({at, static_cast<size_t>(until - at), lastVarint}, reading.varint);
+    QuickSource source({at, room, lastVarint}, reading.varint);
     const Input& input = source.input;
     Level levels[CatalogueData::mostLevels];
     Level* level = levels;
@@ -207,14 +207,17 @@ int decodeShared(Reading reading, char* value, long long* selector, BrxReadBuf& 
         return decodeNextChecked(level, value, source);
     }
     const char* const at = buf.beginPtr + buf.position;
-    const char* const until = buf.beginPtr + buf.length;
-    // Step by step no varint is loaded whole.
-    const bool isQuick = reading.care != Care::exact && at != until;
-    // Of an envelope that declares less than itself the length wraps: it ends before it begins.
+    const size_t room = buf.length - buf.position;
+    // What ends where it would wrap ends before it begins: of an envelope that declares less than
+    // itself, for one.
     const bool endsBefore = buf.position + length < length;
-    DecodeStep step =
-        decodeShared(reading, value, at, until, isQuick ? lastVarint(at, until - 1) : at,
-                     endsBefore ? 0 : length);
+    const uint64_t declared = endsBefore ? 0 : length;
+    // Behind what is declared there may be no memory, whatever the size of the buffer. Step by step
+    // no varint is loaded whole.
+    const size_t there = declared < room ? static_cast<size_t>(declared) : room;
+    const bool isQuick = reading.care != Care::exact && there != 0;
+    DecodeStep step = decodeShared(reading, value, at, room,
+                                   isQuick ? lastVarint(at, at + there - 1) : at, declared);
     if (endsBefore && step.result == 0) {
         step.result = Quorva::BRX_ERR_LENGTH_MISMATCH;
     }
@@ -227,8 +230,8 @@ int decodeShared(Reading reading, char* value, long long* selector, BrxReadBuf& 
 
 DecodeStep decodeApart(Reading reading, char* nested, const char* at, const char* last,
                        const char* lastVarint) {
-    const char* const until = last + 1;
-    return decodeShared(reading, nested, at, until, lastVarint, static_cast<size_t>(until - at));
+    const size_t length = static_cast<size_t>(last + 1 - at);
+    return decodeShared(reading, nested, at, length, lastVarint, length);
 }
 
 }  // namespace quorva_zrp::codec

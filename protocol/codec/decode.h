@@ -86,9 +86,10 @@ struct Reading {
     bool varint;
 };
 
-/// Reads the fields of a structure, or one field of a union, of `length` bytes, from `at` on and
-/// not beyond `until`. In such terms, so that all travels in registers.
-DecodeStep decodeShared(Reading reading, char* value, const char* at, const char* until,
+/// Reads the fields of a structure, or one field of a union, of `length` bytes from `at` on, where
+/// `room` bytes may be read. `lastVarint` is what the function of that name says. These parameters
+/// all travel in registers, which an Input would not.
+DecodeStep decodeShared(Reading reading, char* value, const char* at, size_t room,
                         const char* lastVarint, uint64_t length);
 
 /// The same for `length` bytes from the position of `buf` on; the number of a union's field becomes
@@ -116,7 +117,7 @@ constexpr uint32_t lost = UINT32_MAX;
 /// Whether a nested structure is one run that is taken whole where it comes in order.
 template <class Field, bool Varint, bool Inlining>
 constexpr bool isTriedWhole() {
-    return !Varint && Inlining && Field::isHot && run::isFixed<Field>();
+    return !Varint && Inlining && run::isHotStructure<Field>();
 }
 
 /// Takes `field` if it comes next.

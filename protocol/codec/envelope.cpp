@@ -49,20 +49,33 @@ int readEnvelope(const char* buffer, size_t size, Envelope& envelope) {
     return 0;
 }
 
+namespace {
+
+int unpackBody(Reading reading, char* value, long long* selector, BrxReadBuf buf,
+               uint64_t bodyLength, size_t* usedSize) {
+    buf.position = envelopeSize;
+    const int result = decodeShared(reading, value, selector, buf, bodyLength);
+    if (usedSize != nullptr) {
+        *usedSize = buf.position;
+    }
+    return result;
+}
+
+}  // namespace
+
 int unpackShared(char* value, const char* buffer, size_t size, size_t* usedSize, Unpacking how,
                  long long* selector) {
     Envelope envelope;
     if (const int result = readEnvelope(buffer, size, envelope); result != 0) {
         return result;
     }
-    BrxReadBuf buf(buffer, size);
-    buf.position = envelopeSize;
-    const int result = decodeShared({how.type, how.care, envelope.varint}, value, selector, buf,
-                                    envelope.bodyLength);
-    if (usedSize != nullptr) {
-        *usedSize = buf.position;
-    }
-    return result;
+    return unpackBody({how.type, how.care, envelope.varint}, value, selector, {buffer, size},
+                      envelope.bodyLength, usedSize);
+}
+
+int unpackAgain(char* record, const char* buffer, size_t size, size_t* usedSize, size_t declared,
+                Reading reading) {
+    return unpackBody(reading, record, nullptr, {buffer, size}, declared - envelopeSize, usedSize);
 }
 
 }  // namespace quorva_zrp::codec

@@ -58,4 +58,9 @@ struct Unpacking {
 int unpackShared(char* value, const char* buffer, size_t size, size_t* usedSize, Unpacking how,
                  long long* selector);
 
+/// The same for a structure of `declared` bytes whose envelope was checked, after a prediction gave
+/// up: reading the envelope again would be once too often.
+int unpackAgain(char* record, const char* buffer, size_t size, size_t* usedSize, size_t declared,
+                Reading reading);
+
 }  // namespace quorva_zrp::codec

@@ -48,13 +48,19 @@ constexpr size_t lengthFrom() {
 template <class Record>
 constexpr uint32_t allPresent = (uint32_t{1} << Fields<Record>::Rows::count) - 1;
 
+/// Whether a structure is a run that steady traffic passes.
+template <class Row>
+constexpr bool isHotStructure() {
+    return Row::isHot && Row::isNested && isFixed<Row>();
+}
+
 /// Whether the fields from the one at `Index` on are written as a run. For a single integer the
 /// usual way is as good; a single structure stays a call unless it is hot.
 template <class Message, size_t Index>
 constexpr bool isRunFrom() {
     constexpr size_t length = lengthFrom<Message, Index>();
     if constexpr (length == 1) {
-        return Field<Message, Index>::isNested && Field<Message, Index>::isHot;
+        return isHotStructure<Field<Message, Index>>();
     } else {
         return length != 0;
     }

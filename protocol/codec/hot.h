@@ -17,21 +17,30 @@ ZRP_INLINE bool isChosenIn(const char* record, std::index_sequence<Index...>) {
     return (isChosenAt<Field<Record, Index>>(record) && ...);
 }
 
+template <class Member>
+ZRP_INLINE bool isNamed(const char* value, uint64_t selector) {
+    if constexpr (Member::isHot) {
+        return selector == Member::number() && isChosenAt<Member>(value);
+    } else {
+        return false;
+    }
+}
+
 template <class Union, size_t... Index>
-ZRP_INLINE bool isMember(const char* value, uint64_t selector, std::index_sequence<Index...>) {
-    return ((Field<Union, Index>::isHot && selector == Field<Union, Index>::number() &&
-             isChosenAt<Field<Union, Index>>(value)) ||
-            ...);
+ZRP_INLINE bool isAnyNamed(const char* value, uint64_t selector, std::index_sequence<Index...>) {
+    return (isNamed<Field<Union, Index>>(value, selector) || ...);
 }
 
 template <class Field>
 ZRP_INLINE bool isChosenAt(const char* record) {
     using Type = typename Field::type;
+    static_assert(Field::kind() != Kind::structure || !Field::isGoverned(),
+                  "a structure that is left out may hold selectors that nobody set");
     const char* const value = record + Field::offset();
     if constexpr (Field::kind() == Kind::structure) {
         return isChosenIn<Type>(value, FieldIndices<Type>{});
     } else if constexpr (Field::kind() == Kind::selectedUnion) {
-        return isMember<Type>(value, Field::governor(record), FieldIndices<Type>{});
+        return isAnyNamed<Type>(value, Field::governor(record), FieldIndices<Type>{});
     } else {
         return true;
     }

@@ -86,8 +86,8 @@ ZRP_APART int unpackStraight(char* record, const char* buffer, size_t size, size
     return decode<Record, Varint, !isRun<Record, Varint>>(
                buffer + envelopeSize, last, Varint ? lastVarint(buffer, last) : last, record)
                ? 0
-               : unpackShared(record, buffer, size, usedSize, {typeIndex<Record>, careFor<Record>},
-                              nullptr);
+               : unpackAgain(record, buffer, size, usedSize, declared,
+                             {typeIndex<Record>, careFor<Record>, Varint});
 }
 
 template <class Record>

@@ -225,9 +225,11 @@ struct DefaultValue {
 /// Marks a nested value that steady traffic passes: its code becomes part of its holder's straight
 /// line, which spares a call per level and costs a copy of the code per holder. Among the members
 /// of a union it marks those that steady traffic chooses. Not where the library is compiled to be
-/// small. What has code for its own operations anyway stays a call in encoders but for records that
-/// choose nothing but what is hot, and in decoders if it holds nothing nested; runs of fixed width
-/// do not. So does all in code that only unusual orders of fields come to.
+/// small.
+///
+/// What has code for its own operations anyway stays a call, unless it is a run of fixed width: in
+/// encoders but for records that choose nothing but what is hot, in decoders if it holds nothing
+/// nested. Everything does in code that only unusual orders of fields come to.
 struct Hot {};
 
 /// A text as a template argument.

@@ -22,11 +22,11 @@ constexpr int otherTag = 2;
 
 constexpr size_t longestVarint = largestInteger(sizeof(uint64_t), true);
 
-/// Up to where, between `begin` and `last`, varints may begin so that their bytes need no bounds
-/// checks: up to a byte below 0x80 near the end, which ends the varint it belongs to, or up to the
-/// tenth byte from the end, as no varint takes more. All varints of an encoder begin there. It is
-/// `begin`, where a tag is, if there are no such bytes. For messages whose last byte is not below
-/// 0x80.
+/// Of a message from `begin` to `last` whose last byte is not below 0x80: up to where varints may
+/// begin so that their bytes need no bounds checks. That is up to a byte below 0x80 near the end,
+/// which ends the varint it belongs to, or up to the tenth byte from the end, as no varint takes
+/// more. All varints of an encoder begin there. Without such bytes it is `begin`, where no value
+/// is.
 const char* lastVarintAmong(const char* begin, const char* last);
 /// The same for all messages, most of which end in such a byte.
 ZRP_INLINE const char* lastVarint(const char* begin, const char* last) {
@@ -205,6 +205,7 @@ class PredictingSource {
         if constexpr (Size == 2) {
             return at < last;  // what most fields ask: one compare
         } else {
+            // Does not wrap: no input lies where null points.
             return reinterpret_cast<uintptr_t>(at) <=
                    reinterpret_cast<uintptr_t>(last) - (Size - 1);
         }

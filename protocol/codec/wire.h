@@ -165,8 +165,8 @@ struct LoadedVarint {
 };
 
 // A varint that is loaded has its end in the input, or ten bytes are there: it begins no later than
-// `lastVarint`, which is such a place itself. Values of more than two groups go on out of line:
-// most are shorter.
+// `lastVarint`, where either is so. Values of more than two groups go on out of line: most are
+// shorter.
 
 /// Goes on after two groups that gave `two`, for up to 32 bits.
 LoadedVarint loadLongVarint(const char* from, uint32_t two);

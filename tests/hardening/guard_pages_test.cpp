@@ -161,6 +161,22 @@ TEST(GuardPagesBehind, AVarintThatIsCutShortAreNotRead) {
     EXPECT_EQ(decoded.unpackTLVWithVarint(input, bytes.size()), Quorva::BRX_ERR_NO_DATA);
 }
 
+// Only what is declared has to be there, whatever the size of the input is said to be.
+TEST_P(GuardPages, BoundAMessageInAnInputThatIsSaidToBeLarger) {
+    forEachEncoding([&](const Subject&, const Bytes& bytes, bool) {
+        Bytes expected(recordSize(GetParam()), '\xA5');
+        const Outcome outcome = decode(expected.data(), bytes.data(), bytes.size());
+        const GuardedMemory memory(bytes.size(), GuardedMemory::Access::readOnly);
+        for (const size_t size : {bytes.size() + 4096, SIZE_MAX}) {
+            for (const char* const from : {memory.placeAtEnd(bytes), memory.placeAtBegin(bytes)}) {
+                Bytes record(recordSize(GetParam()), '\xA5');
+                ASSERT_EQ(outcome, decode(record.data(), from, size));
+                ASSERT_EQ(expected, record);
+            }
+        }
+    });
+}
+
 TEST_P(GuardPages, BoundUnknownFieldsThatAreCutShort) {
     const Bytes unknown[] = {
         hex("F1 01 2A"),                 // a tag of two bytes

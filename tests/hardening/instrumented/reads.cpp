@@ -4,7 +4,9 @@
 #include <string.h>
 
 #include <algorithm>
+#include <vector>
 
+#include "tests/differential/random.h"
 #include "tests/hardening/instrumented/read_counter.h"
 #include "tests/hardening/instrumented/samples.h"
 #include "tests/support/bytes.h"
@@ -27,7 +29,8 @@ struct Worst {
 
 class Measurement {
   public:
-    void decode(const TypePair& pair, const Bytes& input, bool isWhole) {
+    /// Returns how many bytes were read per byte of input.
+    double decode(const TypePair& pair, const Bytes& input, bool isWhole) {
         Bytes record(recordSize(pair));
         long long selector = 0;
         size_t used = 0;
@@ -41,10 +44,11 @@ class Measurement {
         if (isWhole && (used != input.size() || counter.neverRead(used) != 0)) {
             complain(pair, "was not seen to read all", counter.bytesRead(), input);
         }
-        if (const Worst now{pair.library->name, counter.bytesRead(), input};
-            now.ratio() > worst_.ratio()) {
+        const Worst now{pair.library->name, counter.bytesRead(), input};
+        if (now.ratio() > worst_.ratio()) {
             worst_ = now;
         }
+        return now.ratio();
     }
 
     int report() const {
@@ -152,18 +156,55 @@ void decodeShortBodies(const TypePair& pair, Measurement& measurement) {
     }
 }
 
-/// Fields of three to five bytes, of those that matter to a decoder: tags, the ends of varints and
-/// what goes on. What is read of each message beside its fields is most in such.
-void decodeShortBodiesOfVarints(const TypePair& pair, Measurement& measurement) {
-    const Bytes bytes = hex("00 10 15 05 20 7F 80 FF");
-    for (size_t length = 3; length <= 5; ++length) {
-        const size_t count = size_t{1} << (3 * length);
-        for (size_t choice = 0; choice < count; ++choice) {
-            Bytes fields;
-            for (size_t i = 0; i < length; ++i) {
-                fields.push_back(bytes[choice >> (3 * i) & 7]);
+/// Climbs from random strings of what matters to a decoder, tags with and without values, ends of
+/// varints and what goes on, lengths, to messages of which more is read. What is read beside the
+/// fields, the envelope and the last varint, weighs most in short ones.
+void searchForMore(const TypePair& pair, Measurement& measurement) {
+    std::vector<Bytes> tokens;
+    for (const char* token :
+         {"00", "01", "02", "10", "15", "20", "40", "7F", "80", "81", "FE", "FF", "80 80 80",
+          "00 00 00 00", "00 00 00 01 FF", "00 00 00 04 FF FF FF FF", "FF FF FF FF"}) {
+        tokens.push_back(hex(token));
+    }
+    for (unsigned number = 0; number < 16; ++number) {
+        for (const unsigned wireType : {0U, 1U, 5U}) {
+            Bytes tag(1, static_cast<char>(number * 16 + wireType));
+            if (number >= 8) {
+                tag.push_back('\x01');
             }
-            measurement.decode(pair, messageOf(true, fields), false);
+            tokens.push_back(tag);
+            tag.push_back('\x00');
+            tokens.push_back(tag);
+        }
+    }
+    Random random(1);
+    for (int start = 0; start < 12; ++start) {
+        const bool varint = start % 4 != 0;
+        std::vector<size_t> chosen(1 + random.below(14));
+        for (size_t& token : chosen) {
+            token = random.below(tokens.size());
+        }
+        double best = 0;
+        for (int step = 0; step < 400; ++step) {
+            std::vector<size_t> changed = chosen;
+            const size_t place = random.below(changed.size());
+            const auto at = changed.begin() + static_cast<ptrdiff_t>(place);
+            if (random.oneIn(3) && changed.size() > 1) {
+                changed.erase(at);
+            } else if (random.oneIn(2)) {
+                changed.insert(at, random.below(tokens.size()));
+            } else {
+                *at = random.below(tokens.size());
+            }
+            Bytes fields;
+            for (const size_t token : changed) {
+                fields.insert(fields.end(), tokens[token].begin(), tokens[token].end());
+            }
+            const double ratio = measurement.decode(pair, messageOf(varint, fields), false);
+            if (ratio >= best) {
+                best = ratio;
+                chosen = changed;
+            }
         }
     }
 }
@@ -191,7 +232,10 @@ int main() {
         decodeNestedRepetitions(pair, measurement);
         decodeOverlongVarints(pair, measurement);
         decodeShortBodies(pair, measurement);
-        decodeShortBodiesOfVarints(pair, measurement);
+        searchForMore(pair, measurement);
+        for (const char* fields : {"20 10 80 20 FF 81 80", "80 01 00 70 00 40 71 E0 01 80 81 80"}) {
+            measurement.decode(pair, messageOf(true, hex(fields)), false);
+        }
     }
     return measurement.report();
 }
