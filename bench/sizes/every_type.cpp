@@ -1,6 +1,6 @@
 // A function for each type that does all that its operations do but printing, with the signature of
-// `main`. They are called through tables: the calls themselves, three for each type, would be up to
-// a quarter of the catalogue, and they are not the library's.
+// `main`. They are called through tables: written out for each type, the calls would weigh as well,
+// and they are not the library's.
 #include "protocol/quorva_zrp.h"
 
 namespace {

@@ -151,9 +151,9 @@ ZRP_INLINE int encodeStructure(Field, const char* nested, UncheckedSink<Varint, 
     } else if constexpr (!isStraightInside<Type>) {
         return goOn(sink, encodeShared(typeIndex<Type>, nested, 0, sink.at, Varint));
     } else if constexpr (Field::isHot && (OnePiece || !isStraightAlone<Type>)) {
-        // What is steady alone has code of its own anyway.
         return encodeFields<Type>(nested, sink, FieldIndices<Type>{});
     } else {
+        // What is steady alone has this code anyway, hot or not.
         return goOn(sink, encodeUnchecked<Type, Varint>(nested, sink.at));
     }
 }

@@ -112,7 +112,7 @@ class PredictingSource {
         using Tag = wire::TagBytes<Field::tag(Varint)>;
         constexpr size_t value = leastValue<Field>();
         const char* const lastValue =
-            Field::tag(Varint) % 16 == wireVarint ? lastVarintHere_ : last_;
+            wireTypeOf<typename Field::type>(Varint) == wireVarint ? lastVarintHere_ : last_;
         if (!reaches<Tag::size + value>(lastValue) || !Tag::template isAt<value>(at)) {
             return false;
         }

@@ -233,6 +233,7 @@ int main() {
         decodeOverlongVarints(pair, measurement);
         decodeShortBodies(pair, measurement);
         searchForMore(pair, measurement);
+        // Of these more was read when the envelope was read again after a prediction gave up.
         for (const char* fields : {"20 10 80 20 FF 81 80", "80 01 00 70 00 40 71 E0 01 80 81 80"}) {
             measurement.decode(pair, messageOf(true, hex(fields)), false);
         }
