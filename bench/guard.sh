@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Fails when the codec takes more instructions or more bytes than expected_instructions.txt and
 # expected_sizes.txt say, by more than 3 %, or when validating a frame takes more than a tenth of
-# decoding it. None of this depends on how busy the machine is.
+# decoding it with varints. None of this depends on how busy the machine is.
 #
 #     bench/guard.sh BUILD_DIR            compare
 #     bench/guard.sh BUILD_DIR --update   make what is measured now the expected figures
@@ -58,7 +58,7 @@ failed=0
 frames=(M2 M3 M4 M6)
 cases=()
 for frame in "${frames[@]}"; do
-    cases+=("validate/$frame/zrp" "decode/$frame/zrp-fixed") # the cheaper flavour
+    cases+=("validate/$frame/zrp" "decode/$frame/zrp-varint")
 done
 "$here/instructions.sh" "$build" "${cases[@]}" |
     awk -v frames="${frames[*]}" '
@@ -67,7 +67,7 @@ done
             split(frames, names, " ")
             for (i in names) {
                 validate = measured["validate/" names[i] "/zrp"]
-                decode = measured["decode/" names[i] "/zrp-fixed"]
+                decode = measured["decode/" names[i] "/zrp-varint"]
                 if (!validate || !decode || validate * 10 > decode) {
                     printf "guard: validating %s takes %d instructions, decoding it %d\n", names[i], validate, decode
                     failed = 1

@@ -124,7 +124,7 @@ constexpr bool isTriedWhole() {
 template <class Field, bool Varint, bool Inlining>
 ZRP_INLINE int takeField(Field field, char* record, PredictingSource<Varint, Inlining>& source) {
     if constexpr (isTriedWhole<Field, Varint, Inlining>()) {
-        if (source.template acceptRun<FixedRun<Field>, false>(record)) {
+        if (source.template acceptRun<FixedRun<noChoice, Field>, false>(record)) {
             return 0;
         }
     }

@@ -1,36 +1,44 @@
 // Runs of fields that take the same bytes whatever they hold: integers of fixed width, and
-// structures of nothing else. Where everything in a run lies is known when this is compiled, so its
-// tags and lengths are written as a few wide constants, with the values over the gaps, and all
-// compared before a value is read.
+// structures of nothing else; unions, too, once it is settled which of their members they have.
+// Where everything in a run lies is known when this is compiled, so its tags and lengths are
+// written as a few wide constants, with the values over the gaps, and all compared before a value
+// is read.
 #pragma once
 
 #include <algorithm>
 #include <array>
 
+#include "protocol/codec/hot.h"
 #include "protocol/codec/table.h"
 #include "protocol/codec/wire.h"
 
 namespace quorva_zrp::codec {
 
+/// In runs without unions: none of their members is settled.
+constexpr size_t noChoice = SIZE_MAX;
+
 namespace run {
 
-template <class Message, size_t... Index>
+template <class Message, size_t Choice, size_t... Index>
 constexpr bool isAllFixed(std::index_sequence<Index...>);
 
-/// Whether a field always takes the same bytes where integers have fixed widths.
-template <class Row>
+/// Whether a field always takes the same bytes where integers have fixed widths, a union if it has
+/// the member that `Choice` names.
+template <class Row, size_t Choice = noChoice>
 constexpr bool isFixed() {
+    using Type = typename Row::type;
     if constexpr (Row::kind() == Kind::structure) {
-        using Type = typename Row::type;
-        return !Row::isGoverned() && isAllFixed<Type>(FieldIndices<Type>{});
+        return !Row::isGoverned() && isAllFixed<Type, Choice>(FieldIndices<Type>{});
+    } else if constexpr (Row::kind() == Kind::selectedUnion && Choice != noChoice) {
+        return isFixed<HotMember<Type, Choice>, Choice>();
     } else {
         return Row::kind() == Kind::integer;
     }
 }
 
-template <class Message, size_t... Index>
+template <class Message, size_t Choice, size_t... Index>
 constexpr bool isAllFixed(std::index_sequence<Index...>) {
-    return (isFixed<Field<Message, Index>>() && ...);
+    return (isFixed<Field<Message, Index>, Choice>() && ...);
 }
 
 /// How many such fields there are from the one at `Index` on, one after another; of a union one.
@@ -78,38 +86,49 @@ constexpr bool goesOnAt() {
 
 /// Calls `take(row, at, offset)` for a field, whose encoding begins at `at` and which lies at
 /// `offset` of its record, and for those nested in it, until one returns false. Moves `at` on.
-template <class Row, class Take>
+template <size_t Choice, class Row, class Take>
 ZRP_INLINE constexpr bool visit(Row row, size_t& at, size_t record, Take& take);
 
-template <class Record, class Take, size_t... Index>
+template <size_t Choice, class Record, class Take, size_t... Index>
 ZRP_INLINE constexpr bool visitAll(size_t& at, size_t record, Take& take,
                                    std::index_sequence<Index...>) {
-    return (visit(Field<Record, Index>{}, at, record, take) && ...);
+    return (visit<Choice>(Field<Record, Index>{}, at, record, take) && ...);
 }
 
-template <class Row, class Take>
+template <size_t Choice, class Row, class Take>
 ZRP_INLINE constexpr bool visit(Row row, size_t& at, size_t record, Take& take) {
+    using Type = typename Row::type;
     const size_t offset = record + Row::offset();
     if (!take(row, at, offset)) {
         return false;
     }
-    at += wire::TagBytes<Row::tag(false)>::size;
+    at += wire::TagBytes<Row::tag(false)>::size + (Row::isNested ? lengthSize : sizeof(Type));
     if constexpr (Row::kind() == Kind::structure) {
-        using Type = typename Row::type;
-        at += lengthSize;
-        return visitAll<Type>(at, offset, take, FieldIndices<Type>{});
+        return visitAll<Choice, Type>(at, offset, take, FieldIndices<Type>{});
+    } else if constexpr (Row::kind() == Kind::selectedUnion) {
+        return visit<Choice>(HotMember<Type, Choice>{}, at, offset, take);
     } else {
-        at += sizeof(typename Row::type);
         return true;
     }
 }
 
+/// The bytes that these fields take.
+template <size_t Choice, class... Row>
+constexpr size_t sizeOf() {
+    size_t at = 0;
+    auto all = []<class R>(R, size_t, size_t) { return true; };
+    (void)(visit<Choice>(Row{}, at, 0, all) && ...);
+    return at;
+}
+
 }  // namespace run
 
-/// Fields one after another that always take the same bytes.
-template <class... Row>
+/// Fields one after another that always take the same bytes, unions with the members that `Choice`
+/// names.
+template <size_t Choice, class... Row>
 struct FixedRun {
-    static constexpr size_t size = (size_t{0} + ... + Row::largestSize(false, 0));
+    static_assert((run::isFixed<Row, Choice>() && ...), "fields that always take the same bytes");
+    static constexpr size_t size = run::sizeOf<Choice, Row...>();
 
     /// Writes the fields of `record`.
     ZRP_INLINE static void write(const char* record, char* to) {
@@ -135,13 +154,16 @@ struct FixedRun {
         });
     }
 
-    /// Reads the fields into `record`, and the presence bits of the structures among them.
+    /// Reads the fields into `record`, the presence bits of the structures among them, and the
+    /// selectors of the unions.
     ZRP_INLINE static void read(const char* from, char* record) {
         visit([=]<class R>(R, size_t at, size_t offset) ZRP_INLINE_LAMBDA {
             using Type = typename R::type;
             if constexpr (R::kind() == Kind::integer) {
                 using Integer = std::make_unsigned_t<Type>;
                 store(record + offset, wire::loadHighFirst<Integer>(from + at + Tag<R>::size));
+            } else if constexpr (R::kind() == Kind::selectedUnion) {
+                R::setGovernor(record + offset - R::offset(), HotMember<Type, Choice>::number());
             } else {
                 store(record + offset + offsetof(Type, presence), run::allPresent<Type>);
             }
@@ -158,13 +180,13 @@ struct FixedRun {
     template <class Take>
     ZRP_INLINE static constexpr bool visit(Take take) {
         size_t at = 0;
-        return (run::visit(Row{}, at, 0, take) && ...);
+        return (run::visit<Choice>(Row{}, at, 0, take) && ...);
     }
 
-    /// The length of a nested structure.
+    /// The length of a nested value.
     template <class R>
-    static constexpr uint32_t lengthOf =
-        static_cast<uint32_t>(Fields<typename R::type>::largestBody(false));
+    static constexpr uint32_t lengthOf = static_cast<uint32_t>(run::sizeOf<Choice, R>() -
+                                                               Tag<R>::size - lengthSize);
 
     /// Writes the outline as constants, the last word over the one before: copied from memory, it
     /// would be a symbol that the loader has to care for.
@@ -193,7 +215,7 @@ struct FixedRun {
             for (size_t i = 0; i < Tag<R>::size; ++i) {
                 bytes[at + i] = static_cast<char>(Tag<R>::packed() >> (8 * i));
             }
-            if constexpr (R::kind() == Kind::structure) {
+            if constexpr (R::isNested) {
                 for (size_t i = 0; i < lengthSize; ++i) {
                     bytes[at + Tag<R>::size + i] =
                         static_cast<char>(lengthOf<R> >> (8 * (lengthSize - 1 - i)));
@@ -207,14 +229,22 @@ struct FixedRun {
 
 namespace run {
 
-template <class Message, size_t First, size_t... Index>
-FixedRun<Field<Message, First + Index>...> fixedRun(std::index_sequence<Index...>);
+template <class Message, size_t Choice, size_t First, size_t... Index>
+FixedRun<Choice, Field<Message, First + Index>...> fixedRun(std::index_sequence<Index...>);
 
 }  // namespace run
 
 /// The run of a type's fields from the one at `Index` on.
 template <class Message, size_t Index>
-using FixedRunAt = decltype(run::fixedRun<Message, Index>(
+using FixedRunAt = decltype(run::fixedRun<Message, noChoice, Index>(
     std::make_index_sequence<run::lengthFrom<Message, Index>()>{}));
+
+/// All fields of a type as one run.
+template <class Message, size_t Choice>
+using WholeRun = decltype(run::fixedRun<Message, Choice, 0>(FieldIndices<Message>{}));
+
+/// Whether all fields of a type are one run, unions with the members that `Choice` names.
+template <class Message, size_t Choice = noChoice>
+constexpr bool isWholeRun = run::isAllFixed<Message, Choice>(FieldIndices<Message>{});
 
 }  // namespace quorva_zrp::codec

@@ -1,7 +1,11 @@
 // What is marked Hot among the members of unions. A record whose unions all choose such members is
 // what steady traffic sends: it is written by a piece of code of its own, without a switch and
-// without saving registers around calls of what it does not hold.
+// without saving registers around calls of what it does not hold; and where integers have fixed
+// widths, all that is not a value in its encoding is known when this is compiled, so that it is
+// read as one run.
 #pragma once
+
+#include <algorithm>
 
 #include "protocol/codec/table.h"
 
@@ -46,14 +50,46 @@ ZRP_INLINE bool isChosenAt(const char* record) {
     }
 }
 
+/// The index of the hot member of a union that `skip` others precede, or of the last one.
 template <class Union, size_t... Index>
-constexpr size_t lastOf(std::index_sequence<Index...>) {
-    size_t last = 0;
-    ((last = Field<Union, Index>::isHot ? Index : last), ...);
-    return last;
+constexpr size_t indexAfter(size_t skip, std::index_sequence<Index...>) {
+    size_t index = 0;
+    size_t before = 0;
+    ((index = Field<Union, Index>::isHot && before++ <= skip ? Index : index), ...);
+    return index;
+}
+
+template <class Union>
+constexpr size_t lastOf = indexAfter<Union>(SIZE_MAX, FieldIndices<Union>{});
+
+template <class Type, size_t... Index>
+constexpr size_t mostIn(std::index_sequence<Index...>);
+
+template <class Field>
+constexpr size_t mostAt() {
+    if constexpr (Field::isNested && (Field::isHot || !Field::isMember)) {
+        return mostIn<typename Field::type>(FieldIndices<typename Field::type>{});
+    } else {
+        return 0;
+    }
+}
+
+template <class Type, size_t... Index>
+constexpr size_t mostIn(std::index_sequence<Index...>) {
+    const size_t here = std::is_union_v<Type> ? (size_t{0} + ... + Field<Type, Index>::isHot) : 0;
+    return std::max({here, mostAt<Field<Type, Index>>()...});
 }
 
 }  // namespace hot
+
+/// Of the hot members of a union the one that `Choice` others precede, or the last one.
+template <class Union, size_t Choice>
+using HotMember = Field<Union, hot::indexAfter<Union>(Choice, FieldIndices<Union>{})>;
+
+/// The most hot members that a union in a record has, at any depth. That many choices give each
+/// of them in turn.
+template <class Record>
+constexpr size_t hotChoices = hot::mostIn<Record>(FieldIndices<Record>{});
 
 /// Whether the unions in a record, and in what they choose, all choose a member that is hot.
 template <class Record>
@@ -66,7 +102,7 @@ ZRP_INLINE bool choosesHot(const char* record) {
 template <class Union, size_t Index = 0, class Found>
 ZRP_INLINE auto withHotMember(long long selector, Found found) {
     using Member = Field<Union, Index>;
-    if constexpr (Index == hot::lastOf<Union>(FieldIndices<Union>{})) {
+    if constexpr (Index == hot::lastOf<Union>) {
         return found(Member{});
     } else if constexpr (Member::isHot) {
         return selector == Member::number() ? found(Member{})

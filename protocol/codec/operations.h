@@ -53,15 +53,11 @@ inline int packMessage(const Record& object, char* buffer, size_t size, size_t* 
     }
 }
 
-/// Whether the fields of a record are one run.
-template <class Record, bool Varint>
-constexpr bool isRun = !Varint && run::isAllFixed<Record>(FieldIndices<Record>{});
-
-/// Decodes a message of fixed integers alone, in order, which takes no more than a look at all
-/// tags.
-template <class Record>
+/// Decodes a message that is one run, in order, which takes no more than a look at all tags and
+/// lengths.
+template <class Record, size_t Choice>
 ZRP_INLINE bool unpackRun(char* record, const char* buffer, size_t declared, size_t* usedSize) {
-    using Run = FixedRunAt<Record, 0>;
+    using Run = WholeRun<Record, Choice>;
     if (declared != envelopeSize + Run::size || !Run::isAt(buffer + envelopeSize)) {
         return false;
     }
@@ -71,6 +67,20 @@ ZRP_INLINE bool unpackRun(char* record, const char* buffer, size_t declared, siz
         *usedSize = declared;
     }
     return true;
+}
+
+/// The ways in which a message may be one run: of integers alone there is one, of what chooses
+/// nothing but what is hot there is one for each choice.
+template <class Record>
+using RunChoices =
+    std::conditional_t<isWholeRun<Record>, std::index_sequence<noChoice>,
+                       std::make_index_sequence<isOnePiece<Record> ? hotChoices<Record> : 0>>;
+
+/// Decodes a message that is a run of one of these choices.
+template <class Record, size_t... Choice>
+ZRP_INLINE bool unpackAnyRun(char* record, const char* buffer, size_t declared, size_t* usedSize,
+                             std::index_sequence<Choice...>) {
+    return (unpackRun<Record, Choice>(record, buffer, declared, usedSize) || ...);
 }
 
 /// Decodes a message of `declared` bytes. `*usedSize` is stored beforehand: whatever reads the
@@ -83,8 +93,9 @@ ZRP_APART int unpackStraight(char* record, const char* buffer, size_t size, size
         *usedSize = declared;
     }
     const char* const last = buffer + declared - 1;
-    return decode<Record, Varint, !isRun<Record, Varint>>(
-               buffer + envelopeSize, last, Varint ? lastVarint(buffer, last) : last, record)
+    constexpr bool mayBeInOrder = Varint || !isWholeRun<Record>;
+    return decode<Record, Varint, mayBeInOrder>(buffer + envelopeSize, last,
+                                                Varint ? lastVarint(buffer, last) : last, record)
                ? 0
                : unpackAgain(record, buffer, size, usedSize, declared,
                              {typeIndex<Record>, careFor<Record>, Varint});
@@ -103,8 +114,9 @@ inline int unpackMessage(Record& object, const char* buffer, size_t size, size_t
                     return unpackStraight<true, Record>(record, buffer, size, usedSize, declared);
                 }
                 if (magic == magicFixed) {
-                    if constexpr (isRun<Record, false>) {
-                        if (unpackRun<Record>(record, buffer, declared, usedSize)) {
+                    using Choices = RunChoices<Record>;
+                    if constexpr (Choices::size() != 0) {
+                        if (unpackAnyRun<Record>(record, buffer, declared, usedSize, Choices{})) {
                             return 0;
                         }
                     }

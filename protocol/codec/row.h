@@ -44,7 +44,7 @@ enum class Steady : uint8_t {
     once,      ///< as `inside`, but none where code is to be small: it is sent once a connection
     inside,    ///< as part of another type: steady traffic holds it
     alone,     ///< for its own operations, too: steady traffic consists of it
-    onePiece,  ///< as `alone`, with code apart to encode what chooses nothing but what is hot
+    onePiece,  ///< as `alone`, with code apart for what chooses nothing but what is hot
 };
 template <class Message>
 constexpr Steady steady = Steady::no;
