@@ -359,11 +359,6 @@ DecodedMember decodeMember(const char* at, const char* last, const char* lastVar
 
 // --- Nested values
 
-template <class Record, size_t... Index>
-constexpr bool holdsNested(std::index_sequence<Index...>) {
-    return (Field<Record, Index>::isNested || ...);
-}
-
 /// Reads a nested value up to the byte at `last`. Returns the number of a union's field, 1 for a
 /// structure, or `lost`.
 template <class Field, bool Varint, bool Inlining>
@@ -371,11 +366,10 @@ ZRP_INLINE uint32_t decodeNestedTo(const char* last, char* nested,
                                    PredictingSource<Varint, Inlining>& source) {
     using Type = typename Field::type;
     constexpr bool isUnion = Field::kind() == Kind::selectedUnion;
-    // What has code of its own anyway and holds no more calls has the least to gain. A run that was
-    // tried whole and did not match is not in order.
+    // What has code of its own anyway has the least to gain. A run that was tried whole and did not
+    // match is not in order.
     constexpr bool isInOrder = !isTriedWhole<Field, Varint, Inlining>();
-    constexpr bool isWorthIt = !isStraightAlone<Type> || holdsNested<Type>(FieldIndices<Type>{});
-    constexpr bool isInlined = Field::isHot && Inlining && isInOrder && isWorthIt;
+    constexpr bool isInlined = Field::isHot && Inlining && isInOrder && !isStraightAlone<Type>;
     if constexpr (!isStraightInside<Type>) {
         const DecodeStep step = decodeApart({typeIndex<Type>, Care::certain, Varint}, nested,
                                             source.at, last, source.lastVarint());
