@@ -14,7 +14,7 @@
 
 namespace quorva_zrp::codec {
 
-/// In runs without unions: none of their members is settled.
+/// The choice of a run that holds no union.
 constexpr size_t noChoice = SIZE_MAX;
 
 namespace run {
@@ -30,7 +30,8 @@ constexpr bool isFixed() {
     if constexpr (Row::kind() == Kind::structure) {
         return !Row::isGoverned() && isAllFixed<Type, Choice>(FieldIndices<Type>{});
     } else if constexpr (Row::kind() == Kind::selectedUnion && Choice != noChoice) {
-        return isFixed<HotMember<Type, Choice>, Choice>();
+        using Member = HotMember<Type, Choice>;
+        return Member::isHot && isFixed<Member, Choice>();
     } else {
         return Row::kind() == Kind::integer;
     }

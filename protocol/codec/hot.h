@@ -50,7 +50,7 @@ ZRP_INLINE bool isChosenAt(const char* record) {
     }
 }
 
-/// The index of the hot member of a union that `skip` others precede, or of the last one.
+/// The index of the hot member of a union that `skip` others precede, or of the last one, or 0.
 template <class Union, size_t... Index>
 constexpr size_t indexAfter(size_t skip, std::index_sequence<Index...>) {
     size_t index = 0;
@@ -82,12 +82,13 @@ constexpr size_t mostIn(std::index_sequence<Index...>) {
 
 }  // namespace hot
 
-/// Of the hot members of a union the one that `Choice` others precede, or the last one.
+/// Of the hot members of a union the one that `Choice` others precede, or the last one; of a union
+/// without any some member.
 template <class Union, size_t Choice>
 using HotMember = Field<Union, hot::indexAfter<Union>(Choice, FieldIndices<Union>{})>;
 
-/// The most hot members that a union in a record has, at any depth. That many choices give each
-/// of them in turn.
+/// The most hot members that a union in a record has, at any depth. With that many choices each of
+/// them comes up; not in every combination, were there several such unions.
 template <class Record>
 constexpr size_t hotChoices = hot::mostIn<Record>(FieldIndices<Record>{});
 

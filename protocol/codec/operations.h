@@ -57,20 +57,24 @@ inline int packMessage(const Record& object, char* buffer, size_t size, size_t* 
 /// lengths.
 template <class Record, size_t Choice>
 ZRP_INLINE bool unpackRun(char* record, const char* buffer, size_t declared, size_t* usedSize) {
-    using Run = WholeRun<Record, Choice>;
-    if (declared != envelopeSize + Run::size || !Run::isAt(buffer + envelopeSize)) {
+    if constexpr (!isWholeRun<Record, Choice>) {
         return false;
+    } else {
+        using Run = WholeRun<Record, Choice>;
+        if (declared != envelopeSize + Run::size || !Run::isAt(buffer + envelopeSize)) {
+            return false;
+        }
+        Run::read(buffer + envelopeSize, record);
+        store(record + offsetof(Record, presence), run::allPresent<Record>);
+        if (usedSize != nullptr) {
+            *usedSize = declared;
+        }
+        return true;
     }
-    Run::read(buffer + envelopeSize, record);
-    store(record + offsetof(Record, presence), run::allPresent<Record>);
-    if (usedSize != nullptr) {
-        *usedSize = declared;
-    }
-    return true;
 }
 
-/// The ways in which a message may be one run: of integers alone there is one, of what chooses
-/// nothing but what is hot there is one for each choice.
+/// The choices with which a message may be one run: of integers alone there is one, of what
+/// chooses nothing but what is hot those that take the same bytes whatever they hold.
 template <class Record>
 using RunChoices =
     std::conditional_t<isWholeRun<Record>, std::index_sequence<noChoice>,

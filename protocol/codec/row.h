@@ -227,9 +227,9 @@ struct DefaultValue {
 /// of a union it marks those that steady traffic chooses. Not where the library is compiled to be
 /// small.
 ///
-/// What has code for its own operations anyway stays a call, unless it is a run of fixed width or
-/// the record chooses nothing but what is hot. Everything does in code that only unusual orders of
-/// fields come to.
+/// What has code for its own operations anyway stays a call, unless it is read or written as part
+/// of a run; in encoders also in the code apart of `Steady::onePiece`. Everything does in code that
+/// only unusual orders of fields come to.
 struct Hot {};
 
 /// A text as a template argument.

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+
 #include "protocol/codec/operations.h"
 #include "protocol/fields/frames.h"
 #include "tests/support/bytes.h"
@@ -19,6 +22,7 @@ bool choosesHot(const TZRPInFrame& frame) {
 
 /// Where the library is compiled to be small nothing is hot.
 constexpr bool isAnyHot = !codec::keepsCodeSmall;
+constexpr bool isAnyRun = codec::isOnePiece<TZRPInFrame>;
 
 TZRPInFrame dataFrame(uint8_t route) {
     TZRPInFrame frame = TZRPInFrame();
@@ -47,26 +51,14 @@ bool isRun(const Bytes& bytes) {
     }
 }
 
-/// The places in a frame of data whose bytes are values: behind the envelope the head, 5 bytes of
-/// tag and length; in it the base header with as many, 5 one-byte tags in front of integers of 2,
-/// 2, 2, 2 and 4 bytes, then one of 1 byte, one of 4, and two more of 4 behind tags of 2 bytes; the
-/// extension with tag, length, tag of 3 bytes and length; 3 bytes, each behind a tag; the route
-/// with tag and length twice and its two integers; the body with tag, length and tag of 3 bytes.
-std::vector<bool> valuesOf(size_t first, size_t second) {
-    std::vector<bool> places;
-    const auto add = [&](size_t tags, size_t value) {
-        places.insert(places.end(), tags, false);
-        places.insert(places.end(), value, true);
-    };
-    add(5 + 5 + 5, 0);
-    add(1, 2), add(1, 2), add(1, 2), add(1, 2), add(1, 4), add(1, 1), add(1, 4), add(2, 4);
-    add(2, 4);
-    add(5 + 7, 0);
-    add(1, 1), add(1, 1), add(1, 1);
-    add(5 + 5, 0);
-    add(1, first), add(1, second);
-    add(5 + 3, 1);
-    return places;
+/// What the bytes of a frame of data behind the envelope are: values are `#`, tags and lengths `-`.
+std::string pictureOf(const std::string& route) {
+    return "----- -----"
+           " -## -## -## -## -#### -# -#### --#### --####"
+           " ----- -------"
+           " -# -# -#"
+           " ----- ----- " +
+           route + " ----- ---#";
 }
 
 }  // namespace
@@ -87,26 +79,26 @@ TEST(Hot, FramesOfOtherCommandsAreNot) {
 }
 
 TEST(Hot, RunsAreFramesOfDataToAZoneOrAServer) {
-    EXPECT_EQ(isAnyHot, isRun(encoded(dataFrame(ZRP_ROUTE_ZONE))));
-    EXPECT_EQ(isAnyHot, isRun(encoded(dataFrame(ZRP_ROUTE_SERVER))));
+    EXPECT_EQ(isAnyRun, isRun(encoded(dataFrame(ZRP_ROUTE_ZONE))));
+    EXPECT_EQ(isAnyRun, isRun(encoded(dataFrame(ZRP_ROUTE_SERVER))));
     EXPECT_FALSE(isRun(encoded(dataFrame(ZRP_ROUTE_NONE))));
     EXPECT_FALSE(isRun(encoded(dataFrame(ZRP_ROUTE_LOGIN_POSITION))));
     EXPECT_FALSE(isRun(encoded(dataFrame(ZRP_ROUTE_NAME))));
 }
 
 TEST(Hot, RunsHaveAnyValuesButNoOtherTagsAndLengths) {
-    const struct {
-        uint8_t route;
-        std::vector<bool> isValue;
-    } frames[] = {{ZRP_ROUTE_ZONE, valuesOf(4, 4)}, {ZRP_ROUTE_SERVER, valuesOf(8, 1)}};
-    for (const auto& [route, isValue] : frames) {
+    const std::pair<uint8_t, std::string> frames[] = {
+        {ZRP_ROUTE_ZONE, pictureOf("-#### -####")}, {ZRP_ROUTE_SERVER, pictureOf("-######## -#")}};
+    for (auto [route, picture] : frames) {
+        std::erase(picture, ' ');
         const Bytes bytes = encoded(dataFrame(route));
-        ASSERT_EQ(isValue.size(), bytes.size());
-        for (size_t place = codec::envelopeSize; place < bytes.size(); ++place) {
+        ASSERT_EQ(codec::envelopeSize + picture.size(), bytes.size());
+        for (size_t i = 0; i < picture.size(); ++i) {
             for (int change = 1; change <= UINT8_MAX; ++change) {
                 Bytes changed = bytes;
-                changed[place] = static_cast<char>(changed[place] ^ change);
-                ASSERT_EQ(isValue[place] && isAnyHot, isRun(changed)) << place;
+                char& byte = changed[codec::envelopeSize + i];
+                byte = static_cast<char>(byte ^ change);
+                ASSERT_EQ(picture[i] == '#' && isAnyRun, isRun(changed)) << i;
             }
         }
     }

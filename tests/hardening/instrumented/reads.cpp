@@ -142,6 +142,18 @@ void decodeOverlongVarints(const TypePair& pair, Measurement& measurement) {
     }
 }
 
+/// A message of which nearly all is as expected: what notices late that it is not has read it all.
+void decodeWithBrokenEnd(const TypePair& pair, const Bytes& message, Measurement& measurement) {
+    for (size_t last = 1; last <= 16 && last <= message.size(); ++last) {
+        for (const int change : {0x01, 0x80}) {
+            Bytes changed = message;
+            char& byte = changed[changed.size() - last];
+            byte = static_cast<char>(byte ^ change);
+            measurement.decode(pair, changed, false);
+        }
+    }
+}
+
 /// Fields of up to two bytes: where the input is short, every byte read twice shows most.
 void decodeShortBodies(const TypePair& pair, Measurement& measurement) {
     for (const bool varint : {true, false}) {
@@ -221,7 +233,9 @@ int main() {
                 if (sample.isSound) {
                     // The body of a frame is no field that a decoder of this layer takes.
                     const bool isWhole = strcmp(pair.library->name, "TZRPFrame") != 0;
-                    measurement.decode(pair, encoded(pair, sample.subject, varint), isWhole);
+                    const Bytes message = encoded(pair, sample.subject, varint);
+                    measurement.decode(pair, message, isWhole);
+                    decodeWithBrokenEnd(pair, message, measurement);
                 }
             }
         }
