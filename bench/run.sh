@@ -19,12 +19,13 @@ mode=${2:-}
 results=$build/results
 page=$here/../docs/performance.md
 minimum_time=0.05
-repetitions=9
+processes=3
+repetitions=3 # of each process
 
 if [ "$mode" = --quick ]; then
     results=$build/quick_results
     minimum_time=0.005
-    repetitions=3
+    repetitions=1
 fi
 mkdir -p "$results"
 
@@ -70,11 +71,16 @@ describe_machine() {
 measure() {
     describe_machine >"$results/machine.txt"
     "$build/bench/timing" --check >&2 # ends the run when a result is wrong
-    say "time: $repetitions repetitions in random order"
-    "$build/bench/timing" --benchmark_min_time=$minimum_time \
-        --benchmark_repetitions=$repetitions --benchmark_enable_random_interleaving=true \
-        --benchmark_out="$results/timing.json" --benchmark_out_format=json \
-        >"$results/timing.log" 2>&1
+    rm -f "$results"/timing-*
+    local process
+    for ((process = 1; process <= processes; ++process)); do
+        say "time: process $process of $processes, repetitions in random order: $repetitions"
+        "$build/bench/timing" --first-repetition=$(((process - 1) * repetitions)) \
+            --benchmark_min_time=$minimum_time --benchmark_repetitions=$repetitions \
+            --benchmark_enable_random_interleaving=true \
+            --benchmark_out="$results/timing-$process.json" --benchmark_out_format=json \
+            >"$results/timing-$process.log" 2>&1
+    done
     say "instructions"
     "$here/instructions.sh" "$build" --peers encode/M decode/M >"$results/instructions.txt"
     say "sizes"

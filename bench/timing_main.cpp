@@ -1,5 +1,6 @@
 // Times every case with Google Benchmark. `--check` only runs each of them once, which compares all
-// results; other options are Google Benchmark's.
+// results. `--first-repetition=N`, in front of all others, goes on where another process ended.
+// Other options are Google Benchmark's.
 #include <benchmark/benchmark.h>
 #include <stdio.h>
 #include <string.h>
@@ -14,8 +15,8 @@ namespace zrp_bench {
 namespace {
 
 /// Times `one`. Each repetition prepares everything anew, with bytes at another place.
-void registerCase(const Case& one) {
-    const auto repetitions = std::make_shared<size_t>(0);
+void registerCase(const Case& one, size_t firstRepetition) {
+    const auto repetitions = std::make_shared<size_t>(firstRepetition);
     benchmark::RegisterBenchmark(one.name.c_str(), [one, repetitions](benchmark::State& state) {
         const std::unique_ptr<Task> task = one.make((*repetitions)++);
         const size_t batch = batchFor(task->bytes());
@@ -71,12 +72,18 @@ int main(int argc, char** argv) {
         checkAll(cases);
         return 0;
     }
+    size_t firstRepetition = 0;
+    if (argc > 1 && sscanf(argv[1], "--first-repetition=%zu", &firstRepetition) == 1) {
+        argv[1] = argv[0];
+        ++argv;
+        --argc;
+    }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
     for (const Case& one : cases) {
-        registerCase(one);
+        registerCase(one, firstRepetition);
         if (isMeasuredOnThreads(one.name)) {
             registerThreads(one);
         }

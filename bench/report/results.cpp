@@ -1,6 +1,7 @@
 #include "bench/report/results.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -52,6 +53,31 @@ double median(std::vector<double> values) {
     return quantile(values, 0.5);
 }
 
+/// What was measured of a case.
+struct Samples {
+    std::vector<double> nanoseconds;
+    std::vector<double> perSecond;
+    double bytes = 0;
+};
+
+/// Adds what one process measured.
+void addSamples(const std::string& path, std::map<std::string, Samples>& samples) {
+    std::ifstream file = opened(path);
+    const nlohmann::json all = nlohmann::json::parse(file);
+    for (const nlohmann::json& run : all.at("benchmarks")) {
+        if (run.at("run_type") != "iteration") {
+            continue;  // a summary; this program makes its own
+        }
+        if (run.contains("error_message") || run.at("time_unit") != "ns") {
+            throw std::runtime_error("a measurement failed: " + run.dump());
+        }
+        Samples& of = samples[run.at("name")];
+        of.nanoseconds.push_back(run.at("cpu_time"));
+        of.perSecond.push_back(run.value("items_per_second", 0.0));
+        of.bytes = run.value("bytes", 0.0);
+    }
+}
+
 template <class Map>
 std::optional<double> found(const Map& map, const std::string& name) {
     const auto at = map.find(name);
@@ -64,30 +90,19 @@ Results::Results(const std::string& folder)
     : instructions_(readNumbers(folder + "/instructions.txt")),
       sizes_(readNumbers(folder + "/sizes.txt")),
       machine_(readLines(folder + "/machine.txt")) {
-    readTimings(folder + "/timing.json");
+    readTimings(folder);
 }
 
-void Results::readTimings(const std::string& path) {
-    std::ifstream file = opened(path);
-    const nlohmann::json all = nlohmann::json::parse(file);
-
-    struct Samples {
-        std::vector<double> nanoseconds;
-        std::vector<double> perSecond;
-        double bytes = 0;
-    };
+void Results::readTimings(const std::string& folder) {
     std::map<std::string, Samples> samples;
-    for (const nlohmann::json& run : all.at("benchmarks")) {
-        if (run.at("run_type") != "iteration") {
-            continue;  // a summary; this program makes its own
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const std::string name = entry.path().filename().string();
+        if (name.starts_with("timing-") && name.ends_with(".json")) {
+            addSamples(entry.path().string(), samples);
         }
-        if (run.contains("error_message") || run.at("time_unit") != "ns") {
-            throw std::runtime_error("a measurement failed: " + run.dump());
-        }
-        Samples& of = samples[run.at("name")];
-        of.nanoseconds.push_back(run.at("cpu_time"));
-        of.perSecond.push_back(run.value("items_per_second", 0.0));
-        of.bytes = run.value("bytes", 0.0);
+    }
+    if (samples.empty()) {
+        throw std::runtime_error("no times in " + folder);
     }
     for (auto& [name, of] : samples) {
         std::sort(of.nanoseconds.begin(), of.nanoseconds.end());

@@ -22,7 +22,8 @@ struct Timing {
 
 class Results {
   public:
-    /// Reads timing.json, instructions.txt, sizes.txt and machine.txt; throws when one is missing.
+    /// Reads timing-*.json, the processes that were timed, and instructions.txt, sizes.txt and
+    /// machine.txt; throws when one is missing.
     explicit Results(const std::string& folder);
 
     /// By operation/message/codec; empty when that was not measured.
@@ -38,7 +39,7 @@ class Results {
     size_t repetitions() const { return repetitions_; }
 
   private:
-    void readTimings(const std::string& path);
+    void readTimings(const std::string& folder);
 
     std::map<std::string, Timing> timings_;
     std::map<std::string, double> instructions_;
