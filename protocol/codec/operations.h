@@ -54,7 +54,7 @@ inline int packMessage(const Record& object, char* buffer, size_t size, size_t* 
 }
 
 /// Decodes a message that is one run, in order, which takes no more than a look at all tags and
-/// lengths.
+/// lengths. With choices of members that do not always take the same bytes none is.
 template <class Record, size_t Choice>
 ZRP_INLINE bool unpackRun(char* record, const char* buffer, size_t declared, size_t* usedSize) {
     if constexpr (!isWholeRun<Record, Choice>) {
@@ -73,8 +73,8 @@ ZRP_INLINE bool unpackRun(char* record, const char* buffer, size_t declared, siz
     }
 }
 
-/// The choices with which a message may be one run: of integers alone there is one, of what
-/// chooses nothing but what is hot those that take the same bytes whatever they hold.
+/// The choices to try: of integers alone there is one, of what has code of one piece those of its
+/// hot members.
 template <class Record>
 using RunChoices =
     std::conditional_t<isWholeRun<Record>, std::index_sequence<noChoice>,
