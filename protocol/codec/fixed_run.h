@@ -133,7 +133,7 @@ struct FixedRun {
 
     /// Writes the fields of `record`.
     ZRP_INLINE static void write(const char* record, char* to) {
-        writeOutline(to, std::make_index_sequence<(size + wordSize - 1) / wordSize>{});
+        writeConstants(to, std::make_index_sequence<(size + wordSize - 1) / wordSize>{});
         visit([=]<class R>(R, size_t at, size_t offset) ZRP_INLINE_LAMBDA {
             if constexpr (R::kind() == Kind::integer) {
                 using Integer = std::make_unsigned_t<typename R::type>;
@@ -189,20 +189,20 @@ struct FixedRun {
     static constexpr uint32_t lengthOf = static_cast<uint32_t>(run::sizeOf<Choice, R>() -
                                                                Tag<R>::size - lengthSize);
 
-    /// Writes the outline as constants, the last word over the one before: copied from memory, it
-    /// would be a symbol that the loader has to care for.
+    /// Writes tags and lengths as constants, the last word over the one before: copied from memory,
+    /// it would be a symbol that the loader has to care for.
     template <size_t... Word>
-    ZRP_INLINE static void writeOutline(char* to, std::index_sequence<Word...>) {
+    ZRP_INLINE static void writeConstants(char* to, std::index_sequence<Word...>) {
         constexpr size_t most = size < wordSize ? size : wordSize;
-        (writeOutlineAt<std::min(Word * wordSize, size - most), most>(to), ...);
+        (writeConstantsAt<std::min(Word * wordSize, size - most), most>(to), ...);
     }
     template <size_t First, size_t Count>
-    ZRP_INLINE static void writeOutlineAt(char* to) {
-        constexpr std::array<char, size> outline = makeOutline();
+    ZRP_INLINE static void writeConstantsAt(char* to) {
+        constexpr std::array<char, size> constants = makeConstants();
         constexpr uint64_t packed = [=] {
             uint64_t bytes = 0;
             for (size_t i = 0; i < Count; ++i) {
-                bytes |= uint64_t{static_cast<uint8_t>(outline[First + i])} << (8 * i);
+                bytes |= uint64_t{static_cast<uint8_t>(constants[First + i])} << (8 * i);
             }
             return bytes;
         }();
@@ -210,7 +210,7 @@ struct FixedRun {
     }
 
     /// The encoding with zeros for the integers.
-    static constexpr std::array<char, size> makeOutline() {
+    static constexpr std::array<char, size> makeConstants() {
         std::array<char, size> bytes{};
         visit([&]<class R>(R, size_t at, size_t) {
             for (size_t i = 0; i < Tag<R>::size; ++i) {

@@ -2,7 +2,7 @@
 // what steady traffic sends: it is written by a piece of code of its own, without a switch and
 // without saving registers around calls of what it does not hold; and where integers have fixed
 // widths, all that is not a value in its encoding is known when this is compiled, so that it is
-// read as one run.
+// read as one run, with varints by its outline.
 #pragma once
 
 #include <algorithm>

@@ -7,6 +7,7 @@
 #include "protocol/codec/encode.h"
 #include "protocol/codec/envelope.h"
 #include "protocol/codec/fixed_run.h"
+#include "protocol/codec/outline.h"
 #include "protocol/codec/print.h"
 
 namespace quorva_zrp::codec {
@@ -96,13 +97,14 @@ ZRP_APART int unpackStraight(char* record, const char* buffer, size_t size, size
     if (usedSize != nullptr) {
         *usedSize = declared;
     }
+    const char* const at = buffer + envelopeSize;
     const char* const last = buffer + declared - 1;
+    const char* const lastBegin = Varint ? lastVarint(buffer, last) : last;
     constexpr bool mayBeInOrder = Varint || !isWholeRun<Record>;
-    return decode<Record, Varint, mayBeInOrder>(buffer + envelopeSize, last,
-                                                Varint ? lastVarint(buffer, last) : last, record)
-               ? 0
-               : unpackAgain(record, buffer, size, usedSize, declared,
-                             {typeIndex<Record>, careFor<Record>, Varint});
+    const bool isRead = decodeMessage<Record, Varint, mayBeInOrder>(at, last, lastBegin, record);
+    return isRead ? 0
+                  : unpackAgain(record, buffer, size, usedSize, declared,
+                                {typeIndex<Record>, careFor<Record>, Varint});
 }
 
 template <class Record>

@@ -31,10 +31,10 @@ TZRPInFrame dataFrame(uint8_t route) {
     return frame;
 }
 
-Bytes encoded(const TZRPInFrame& frame) {
-    Bytes bytes(TZRPInFrame_MAX_FIXED);
+Bytes encoded(const TZRPInFrame& frame, bool varint = false) {
+    Bytes bytes(varint ? TZRPInFrame_MAX_VARINT : TZRPInFrame_MAX_FIXED);
     size_t used = 0;
-    EXPECT_EQ(0, frame.packTLV(bytes.data(), bytes.size(), &used, false));
+    EXPECT_EQ(0, frame.packTLV(bytes.data(), bytes.size(), &used, varint));
     bytes.resize(used);
     return bytes;
 }
@@ -46,6 +46,16 @@ bool isRun(const Bytes& bytes) {
         TZRPInFrame frame = TZRPInFrame();
         return codec::unpackAnyRun<TZRPInFrame>(reinterpret_cast<char*>(&frame), bytes.data(),
                                                 bytes.size(), nullptr, Choices{});
+    } else {
+        return false;
+    }
+}
+
+/// Whether the message, with varints, is read by its outline.
+bool isOutlined(const Bytes& bytes) {
+    if constexpr (codec::hasOutline<TZRPInFrame>()) {
+        return codec::isOutlineAt<TZRPInFrame>(bytes.data() + codec::envelopeSize,
+                                               bytes.data() + bytes.size());
     } else {
         return false;
     }
@@ -111,6 +121,54 @@ TEST(Hot, RunsHaveTheirOwnSize) {
         EXPECT_FALSE(isRun(bytes));
         bytes.resize(bytes.size() - 2);
         EXPECT_FALSE(isRun(bytes));
+    }
+}
+
+TEST(Hot, OutlinesAreThoseOfFramesOfDataToAZoneOrAServer) {
+    EXPECT_EQ(isAnyRun, isOutlined(encoded(dataFrame(ZRP_ROUTE_ZONE), true)));
+    EXPECT_EQ(isAnyRun, isOutlined(encoded(dataFrame(ZRP_ROUTE_SERVER), true)));
+    EXPECT_FALSE(isOutlined(encoded(dataFrame(ZRP_ROUTE_NONE), true)));
+    EXPECT_FALSE(isOutlined(encoded(dataFrame(ZRP_ROUTE_LOGIN_POSITION), true)));
+    EXPECT_FALSE(isOutlined(encoded(dataFrame(ZRP_ROUTE_NAME), true)));
+}
+
+TEST(Hot, OutlinesHaveAnyValuesAndLeavesButNoOtherTagsAndLengths) {
+    // As above, but what is in a leaf is `#` as a whole. Where the zone's tag is, `?`, may be the
+    // server's as well, and the other way round.
+    std::string picture =
+        "----- -----"
+        " #### #### #### #### ######"
+        " ----- -------"
+        " -# -# -#"
+        " ----- ?---- #### ----- ---#";
+    std::erase(picture, ' ');
+    constexpr char tags[] = {0x15, 0x25};
+    for (const uint8_t route : {ZRP_ROUTE_ZONE, ZRP_ROUTE_SERVER}) {
+        const Bytes bytes = encoded(dataFrame(route), true);
+        ASSERT_EQ(codec::envelopeSize + picture.size(), bytes.size());
+        for (size_t i = 0; i < picture.size(); ++i) {
+            for (int change = 1; change <= UINT8_MAX; ++change) {
+                Bytes changed = bytes;
+                char& byte = changed[codec::envelopeSize + i];
+                byte = static_cast<char>(byte ^ change);
+                const bool fits = picture[i] == '#' ||
+                                  (picture[i] == '?' && (byte == tags[0] || byte == tags[1]));
+                ASSERT_EQ(fits && isAnyRun, isOutlined(changed)) << i;
+            }
+        }
+    }
+}
+
+TEST(Hot, OutlinesEndWhereTheyShould) {
+    for (const uint8_t route : {ZRP_ROUTE_ZONE, ZRP_ROUTE_SERVER}) {
+        const Bytes whole = encoded(dataFrame(route), true);
+        for (size_t size = codec::envelopeSize; size < whole.size(); ++size) {
+            const Bytes bytes(whole.begin(), whole.begin() + static_cast<ptrdiff_t>(size));
+            EXPECT_FALSE(isOutlined(bytes)) << size;
+        }
+        Bytes longer = whole;
+        longer.push_back('\0');
+        EXPECT_FALSE(isOutlined(longer));
     }
 }
 

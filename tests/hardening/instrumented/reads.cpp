@@ -168,10 +168,9 @@ void decodeShortBodies(const TypePair& pair, Measurement& measurement) {
     }
 }
 
-/// Climbs from random strings of what matters to a decoder, tags with and without values, ends of
-/// varints and what goes on, lengths, to messages of which more is read. What is read beside the
-/// fields, the envelope and the last varint, weighs most in short ones.
-void searchForMore(const TypePair& pair, Measurement& measurement) {
+/// What matters to a decoder: tags with and without values, ends of varints and what goes on,
+/// lengths.
+std::vector<Bytes> makeTokens() {
     std::vector<Bytes> tokens;
     for (const char* token :
          {"00", "01", "02", "10", "15", "20", "40", "7F", "80", "81", "FE", "FF", "80 80 80",
@@ -189,35 +188,83 @@ void searchForMore(const TypePair& pair, Measurement& measurement) {
             tokens.push_back(tag);
         }
     }
+    return tokens;
+}
+
+/// Climbs from random strings of tokens to those of which more is read as a message that `make`
+/// puts around them. What is read beside the fields, the envelope and the last varint, weighs most
+/// in short ones.
+template <class Make>
+void climb(const TypePair& pair, Random& random, Make make, Measurement& measurement) {
+    static const std::vector<Bytes> tokens = makeTokens();
+    std::vector<size_t> chosen(1 + random.below(14));
+    for (size_t& token : chosen) {
+        token = random.below(tokens.size());
+    }
+    double best = 0;
+    for (int step = 0; step < 400; ++step) {
+        std::vector<size_t> changed = chosen;
+        const size_t place = random.below(changed.size());
+        const auto at = changed.begin() + static_cast<ptrdiff_t>(place);
+        if (random.oneIn(3) && changed.size() > 1) {
+            changed.erase(at);
+        } else if (random.oneIn(2)) {
+            changed.insert(at, random.below(tokens.size()));
+        } else {
+            *at = random.below(tokens.size());
+        }
+        Bytes fields;
+        for (const size_t token : changed) {
+            fields.insert(fields.end(), tokens[token].begin(), tokens[token].end());
+        }
+        const double ratio = measurement.decode(pair, make(fields), false);
+        if (ratio >= best) {
+            best = ratio;
+            chosen = changed;
+        }
+    }
+}
+
+void searchForMore(const TypePair& pair, Measurement& measurement) {
     Random random(1);
     for (int start = 0; start < 12; ++start) {
         const bool varint = start % 4 != 0;
-        std::vector<size_t> chosen(1 + random.below(14));
-        for (size_t& token : chosen) {
-            token = random.below(tokens.size());
-        }
-        double best = 0;
-        for (int step = 0; step < 400; ++step) {
-            std::vector<size_t> changed = chosen;
-            const size_t place = random.below(changed.size());
-            const auto at = changed.begin() + static_cast<ptrdiff_t>(place);
-            if (random.oneIn(3) && changed.size() > 1) {
-                changed.erase(at);
-            } else if (random.oneIn(2)) {
-                changed.insert(at, random.below(tokens.size()));
-            } else {
-                *at = random.below(tokens.size());
-            }
-            Bytes fields;
-            for (const size_t token : changed) {
-                fields.insert(fields.end(), tokens[token].begin(), tokens[token].end());
-            }
-            const double ratio = measurement.decode(pair, messageOf(varint, fields), false);
-            if (ratio >= best) {
-                best = ratio;
-                chosen = changed;
-            }
-        }
+        const auto make = [varint](const Bytes& fields) { return messageOf(varint, fields); };
+        climb(pair, random, make, measurement);
+    }
+}
+
+/// The same inside frames of data, of which every tag and length is the one expected but for the
+/// last: such a frame is looked at once more.
+void searchDataFrames(const TypePair& pair, Measurement& measurement) {
+    if (strcmp(pair.library->name, "TZRPInFrame") != 0) {
+        return;
+    }
+    Random random(1);
+    for (int start = 0; start < 96; ++start) {
+        const Bytes tag(1, start % 2 == 0 ? '\x15' : '\x25');
+        const Bytes behind = hex(start % 4 < 2 ? "" : "10");
+        // Tokens become fields of the base header, of the destination, or of both.
+        const size_t share = start / 4 % 3;
+        climb(
+            pair, random,
+            [&](const Bytes& fields) {
+                const auto half =
+                    fields.begin() + static_cast<ptrdiff_t>(fields.size() * share / 2);
+                Bytes route = delimited(tag, Bytes(half, fields.end()));
+                route.insert(route.end(), behind.begin(), behind.end());
+                Bytes data = hex("11 00 21 00 31 01");
+                const Bytes routeField = delimited(hex("45"), route);
+                data.insert(data.end(), routeField.begin(), routeField.end());
+                Bytes head = delimited(hex("15"), Bytes(fields.begin(), half));
+                const Bytes extension = delimited(hex("25"), delimited(hex("B5 82 10"), data));
+                head.insert(head.end(), extension.begin(), extension.end());
+                Bytes frame = delimited(hex("15"), head);
+                const Bytes body = delimited(hex("25"), hex("B1 82 10 00"));
+                frame.insert(frame.end(), body.begin(), body.end());
+                return messageOf(true, frame);
+            },
+            measurement);
     }
 }
 
@@ -247,6 +294,7 @@ int main() {
         decodeOverlongVarints(pair, measurement);
         decodeShortBodies(pair, measurement);
         searchForMore(pair, measurement);
+        searchDataFrames(pair, measurement);
         // Of these more was read when the envelope was read again after a prediction gave up.
         for (const char* fields : {"20 10 80 20 FF 81 80", "80 01 00 70 00 40 71 E0 01 80 81 80"}) {
             measurement.decode(pair, messageOf(true, hex(fields)), false);
