@@ -67,7 +67,7 @@ class DataFramesDifference : public testing::TestWithParam<Sort> {
         frame.stHead.stBase.wCommand = ZRP_CMD_DATA;
         frame.stHead.stExtend.stData.bRouteFlag = sort_.route;
         const void* const record = isFrame_ ? static_cast<const void*>(&frame) : &frame.stHead;
-        Bytes encoded(TZRPInFrame_MAX_FIXED);
+        Bytes encoded(sort_.varint ? TZRPInFrame_MAX_VARINT : TZRPInFrame_MAX_FIXED);
         size_t used = 0;
         EXPECT_EQ(0, zrp_oracle::pack(*pair_.oracle, record, 0, encoded.data(), encoded.size(),
                                       &used, sort_.varint));

@@ -61,6 +61,20 @@ bool isOutlined(const Bytes& bytes) {
     }
 }
 
+/// Calls `check(changed, i)` with every other byte in place `i` behind the envelope, for all
+/// places.
+template <class Check>
+void forEachChange(const Bytes& bytes, Check check) {
+    for (size_t i = 0; codec::envelopeSize + i < bytes.size(); ++i) {
+        for (int change = 1; change <= UINT8_MAX; ++change) {
+            Bytes changed = bytes;
+            char& byte = changed[codec::envelopeSize + i];
+            byte = static_cast<char>(byte ^ change);
+            check(changed, i);
+        }
+    }
+}
+
 /// What the bytes of a frame of data behind the envelope are: values are `#`, tags and lengths `-`.
 std::string pictureOf(const std::string& route) {
     return "----- -----"
@@ -103,14 +117,9 @@ TEST(Hot, RunsHaveAnyValuesButNoOtherTagsAndLengths) {
         std::erase(picture, ' ');
         const Bytes bytes = encoded(dataFrame(route));
         ASSERT_EQ(codec::envelopeSize + picture.size(), bytes.size());
-        for (size_t i = 0; i < picture.size(); ++i) {
-            for (int change = 1; change <= UINT8_MAX; ++change) {
-                Bytes changed = bytes;
-                char& byte = changed[codec::envelopeSize + i];
-                byte = static_cast<char>(byte ^ change);
-                ASSERT_EQ(picture[i] == '#' && isAnyRun, isRun(changed)) << i;
-            }
-        }
+        forEachChange(bytes, [&](const Bytes& changed, size_t i) {
+            ASSERT_EQ(picture[i] == '#' && isAnyRun, isRun(changed)) << i;
+        });
     }
 }
 
@@ -146,16 +155,12 @@ TEST(Hot, OutlinesHaveAnyValuesAndLeavesButNoOtherTagsAndLengths) {
     for (const uint8_t route : {ZRP_ROUTE_ZONE, ZRP_ROUTE_SERVER}) {
         const Bytes bytes = encoded(dataFrame(route), true);
         ASSERT_EQ(codec::envelopeSize + picture.size(), bytes.size());
-        for (size_t i = 0; i < picture.size(); ++i) {
-            for (int change = 1; change <= UINT8_MAX; ++change) {
-                Bytes changed = bytes;
-                char& byte = changed[codec::envelopeSize + i];
-                byte = static_cast<char>(byte ^ change);
-                const bool fits = picture[i] == '#' ||
-                                  (picture[i] == '?' && (byte == tags[0] || byte == tags[1]));
-                ASSERT_EQ(fits && isAnyRun, isOutlined(changed)) << i;
-            }
-        }
+        forEachChange(bytes, [&](const Bytes& changed, size_t i) {
+            const char byte = changed[codec::envelopeSize + i];
+            const bool fits =
+                picture[i] == '#' || (picture[i] == '?' && (byte == tags[0] || byte == tags[1]));
+            ASSERT_EQ(fits && isAnyRun, isOutlined(changed)) << i;
+        });
     }
 }
 
