@@ -113,9 +113,10 @@ TEST(Hot, RunsAreFramesOfDataToAZoneOrAServer) {
 TEST(Hot, RunsHaveAnyValuesButNoOtherTagsAndLengths) {
     const std::pair<uint8_t, std::string> frames[] = {
         {ZRP_ROUTE_ZONE, pictureOf("-#### -####")}, {ZRP_ROUTE_SERVER, pictureOf("-######## -#")}};
-    for (auto [route, picture] : frames) {
+    for (const auto& frame : frames) {
+        std::string picture = frame.second;
         std::erase(picture, ' ');
-        const Bytes bytes = encoded(dataFrame(route));
+        const Bytes bytes = encoded(dataFrame(frame.first));
         ASSERT_EQ(codec::envelopeSize + picture.size(), bytes.size());
         forEachChange(bytes, [&](const Bytes& changed, size_t i) {
             ASSERT_EQ(picture[i] == '#' && isAnyRun, isRun(changed)) << i;
