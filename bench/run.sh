@@ -1,30 +1,64 @@
 #!/usr/bin/env bash
 # Measures everything and writes the tables of docs/performance.md and its charts: time side by side
-# with the peers, instructions, sizes. Takes about ten minutes; the machine should do nothing else.
+# with the peers, instructions, sizes. Takes about twelve minutes, the first time some more for
+# building the peers; the machine should do nothing else.
 #
 #     bench/run.sh BUILD_DIR            all of it
 #     bench/run.sh BUILD_DIR --quick    short runs, for trying out; prints the page instead of
 #                                       writing it
 #     bench/run.sh BUILD_DIR --report   only the page, from the results of the last run
+#     bench/run.sh --help               this text
+#
+# `./dev bench` is this with build/bench, and installs what it needs.
 set -euo pipefail
 
-[ $# -ge 1 ] || {
-    sed -n '2,8s/^# \{0,1\}//p' "$0" >&2
+usage() {
+    sed -n '2,12s/^# \{0,1\}//p' "$0"
+}
+
+fail() {
+    printf 'bench: %s\n' "$*" >&2
     exit 2
 }
+
+# A wrong option must not cost a page that took minutes to measure.
+mode=
+folder=
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --help | -h)
+            usage
+            exit 0
+            ;;
+        --quick | --report)
+            [ -z "$mode" ] || fail "$mode or $1, not both; ./dev bench --help"
+            mode=$1
+            ;;
+        -*) fail "there is no option '$1'; ./dev bench --help" ;;
+        *)
+            [ -z "$folder" ] || fail "'$1' is no option, and there is one BUILD_DIR; ./dev bench --help"
+            folder=$1
+            ;;
+    esac
+    shift
+done
+[ -n "$folder" ] || fail "no BUILD_DIR given; ./dev bench --help"
+
 here=$(cd "$(dirname "$0")" && pwd)
-mkdir -p "$1"
-build=$(cd "$1" && pwd)
-mode=${2:-}
+mkdir -p "$folder"
+build=$(cd "$folder" && pwd)
 results=$build/results
 page=$here/../docs/performance.md
-minimum_time=0.05
-processes=3
-repetitions=3 # of each process
+# Many short repetitions rather than few long ones: where other machines share the processor, more
+# of them meet the same share of its slow moments.
+minimum_time=0.01
+processes=5
+repetitions=9 # of each process
 
 if [ "$mode" = --quick ]; then
     results=$build/quick_results
     minimum_time=0.005
+    processes=3
     repetitions=1
 fi
 mkdir -p "$results"
@@ -71,7 +105,7 @@ describe_machine() {
 measure() {
     describe_machine >"$results/machine.txt"
     "$build/bench/timing" --check >&2 # ends the run when a result is wrong
-    rm -f "$results"/timing-*
+    rm -f "$results"/{timing-*,instructions.txt,sizes.txt}
     local process
     for ((process = 1; process <= processes; ++process)); do
         say "time: process $process of $processes, repetitions in random order: $repetitions"
@@ -87,10 +121,13 @@ measure() {
     "$here/sizes.sh" "$build" >"$results/sizes.txt"
 }
 
-[ "$mode" = --report ] || {
+if [ "$mode" = --report ]; then
+    [ -s "$results/sizes.txt" ] ||
+        fail "no results of a whole run in $results; measure first, without --report"
+else
     prepare
     measure
-}
+fi
 if [ "$mode" = --quick ]; then
     cp "$page" "$results/performance.md"
     page=$results/performance.md
