@@ -5,25 +5,30 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 
 #include "bench/all_cases.h"
+#include "bench/harness/stretch.h"
 
 namespace zrp_bench {
 
 namespace {
 
-/// Times `one`. Each repetition prepares everything anew, with bytes at another place.
+/// Times `one`. Each repetition prepares everything anew, with bytes at another place, and says how
+/// fast the processor was before and after it.
 void registerCase(const Case& one, size_t firstRepetition) {
     const auto repetitions = std::make_shared<size_t>(firstRepetition);
     benchmark::RegisterBenchmark(one.name.c_str(), [one, repetitions](benchmark::State& state) {
         const std::unique_ptr<Task> task = one.make((*repetitions)++);
         const size_t batch = batchFor(task->bytes());
         task->run(batch);
+        const double before = timeStretch();
         while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(batch))) {
             task->run(batch);
         }
+        state.counters["stretch"] = std::max(before, timeStretch());
         state.counters["bytes"] = task->bytes();
     });
 }

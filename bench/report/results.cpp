@@ -48,16 +48,26 @@ double quantile(const std::vector<double>& sorted, double share) {
     return sorted[below] * (1 - part) + sorted[above] * part;
 }
 
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return quantile(values, 0.5);
-}
+/// One repetition of a case.
+struct Repetition {
+    double nanoseconds = 0;
+    double perSecond = 0;
+    double stretch = 0;  ///< how long a fixed stretch of work took then; 0 when not measured
+};
 
 /// What was measured of a case.
 struct Samples {
-    std::vector<double> nanoseconds;
-    std::vector<double> perSecond;
+    std::vector<Repetition> repetitions;
     double bytes = 0;
+
+    std::vector<double> sorted(double Repetition::*what) const {
+        std::vector<double> made;
+        for (const Repetition& one : repetitions) {
+            made.push_back(one.*what);
+        }
+        std::sort(made.begin(), made.end());
+        return made;
+    }
 };
 
 /// Adds what one process measured.
@@ -72,10 +82,41 @@ void addSamples(const std::string& path, std::map<std::string, Samples>& samples
             throw std::runtime_error("a measurement failed: " + run.dump());
         }
         Samples& of = samples[run.at("name")];
-        of.nanoseconds.push_back(run.at("cpu_time"));
-        of.perSecond.push_back(run.value("items_per_second", 0.0));
+        of.repetitions.push_back(
+            {run.at("cpu_time"), run.value("items_per_second", 0.0), run.value("stretch", 0.0)});
         of.bytes = run.value("bytes", 0.0);
     }
+}
+
+/// How long the stretch takes when nothing slows the processor down: nearly the shortest time, as
+/// the very shortest may be one of a moment of a higher clock rate.
+double undisturbedStretch(const std::map<std::string, Samples>& samples) {
+    std::vector<double> all;
+    for (const auto& [name, of] : samples) {
+        for (const Repetition& one : of.repetitions) {
+            if (one.stretch > 0) {
+                all.push_back(one.stretch);
+            }
+        }
+    }
+    std::sort(all.begin(), all.end());
+    return all.empty() ? 0 : quantile(all, 0.02);
+}
+
+/// Leaves out the repetitions during which the processor was slower than it can be, but never so
+/// many that fewer than `least` remain. What is left out does not depend on the times themselves.
+void leaveOutDisturbed(Samples& samples, double undisturbed) {
+    constexpr double tolerance = 1.05;
+    constexpr size_t least = 9;
+    std::vector<Repetition>& all = samples.repetitions;
+    std::sort(all.begin(), all.end(), [](const Repetition& left, const Repetition& right) {
+        return left.stretch < right.stretch;
+    });
+    const auto disturbed = std::find_if(all.begin(), all.end(), [&](const Repetition& one) {
+        return one.stretch > undisturbed * tolerance;
+    });
+    const size_t kept = std::max(least, static_cast<size_t>(disturbed - all.begin()));
+    all.resize(std::min(kept, all.size()));
 }
 
 template <class Map>
@@ -104,11 +145,15 @@ void Results::readTimings(const std::string& folder) {
     if (samples.empty()) {
         throw std::runtime_error("no times in " + folder);
     }
+    const double undisturbed = undisturbedStretch(samples);
     for (auto& [name, of] : samples) {
-        std::sort(of.nanoseconds.begin(), of.nanoseconds.end());
-        timings_[name] = {quantile(of.nanoseconds, 0.5), quantile(of.nanoseconds, 0.25),
-                          quantile(of.nanoseconds, 0.75), of.bytes, median(of.perSecond)};
-        repetitions_ = std::max(repetitions_, of.nanoseconds.size());
+        repetitions_.made += of.repetitions.size();
+        leaveOutDisturbed(of, undisturbed);
+        repetitions_.kept += of.repetitions.size();
+        const std::vector<double> times = of.sorted(&Repetition::nanoseconds);
+        const std::vector<double> perSecond = of.sorted(&Repetition::perSecond);
+        timings_[name] = {quantile(times, 0.5), quantile(times, 0.25), quantile(times, 0.75),
+                          of.bytes, quantile(perSecond, 0.5)};
     }
 }
 

@@ -9,7 +9,7 @@
 
 namespace zrp_report {
 
-/// One case over all repetitions.
+/// One case over all repetitions that nothing disturbed.
 struct Timing {
     double median = 0;  ///< nanoseconds of processor time an operation
     double lowerQuartile = 0;
@@ -18,6 +18,12 @@ struct Timing {
     double perSecond = 0;  ///< operations a second of all threads together; threads only
 
     double megabytesPerSecond() const { return bytes / median * 1e3; }
+};
+
+/// How often cases were timed, all together.
+struct Repetitions {
+    size_t made = 0;
+    size_t kept = 0;  ///< without those during which something slowed the processor down
 };
 
 class Results {
@@ -36,7 +42,7 @@ class Results {
     const std::map<std::string, double>& sizes() const { return sizes_; }
     const std::map<std::string, Timing>& timings() const { return timings_; }
     const std::vector<std::string>& machine() const { return machine_; }
-    size_t repetitions() const { return repetitions_; }
+    const Repetitions& repetitions() const { return repetitions_; }
 
   private:
     void readTimings(const std::string& folder);
@@ -45,7 +51,7 @@ class Results {
     std::map<std::string, double> instructions_;
     std::map<std::string, double> sizes_;
     std::vector<std::string> machine_;
-    size_t repetitions_ = 0;
+    Repetitions repetitions_;
 };
 
 /// The quotient of two results; empty when one of them is.

@@ -68,7 +68,12 @@ std::string machineList(const Results& results) {
     for (const std::string& line : results.machine()) {
         made += "- " + line + "\n";
     }
-    return made + "- Repetitions: " + std::to_string(results.repetitions()) + "\n";
+    const Repetitions& repetitions = results.repetitions();
+    const double kept =
+        static_cast<double>(repetitions.kept) / static_cast<double>(repetitions.made);
+    return made + "- Repetitions: " + whole(repetitions.made) + " of " +
+           whole(results.timings().size()) + " cases; " + whole(100 * kept) +
+           " % are used, the others were disturbed\n";
 }
 
 std::string overviewTable(const Results& results, const std::string& direction) {
