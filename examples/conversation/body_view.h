@@ -54,17 +54,8 @@ namespace body_view_detail {
     return 0;
 }
 
-}  // namespace body_view_detail
-
-/// Finds head and body in the encoded frame at the front of `encoded`; bytes after the frame are
-/// left alone. Like the decoders it goes by field numbers alone, steps over fields it does not
-/// know, and lets the last of several occurrences win. Unlike them it never looks past the declared
-/// length. Returns 0 or one of the codes of the decoders: BRX_ERR_NO_DATA (fewer than
-/// 5 bytes, fewer than declared, a tag or value that ends too late), BRX_ERR_BAD_MAGIC,
-/// BRX_ERR_LENGTH_MISMATCH (a declared length below 5), BRX_ERR_ZERO_LENGTH (a body of length 0,
-/// which no encoder writes), BRX_ERR_BAD_TYPE_ID. On failure `view` is empty.
-[[nodiscard]] inline int viewFrame(std::span<const char> encoded, FrameView& view) {
-    view = FrameView();
+/// What `viewFrame` does, but for a view that was emptied before and may hold anything on failure.
+[[nodiscard]] inline int findParts(std::span<const char> encoded, FrameView& view) {
     if (encoded.size() < envelopeSize) {
         return Quorva::BRX_ERR_NO_DATA;
     }
@@ -84,8 +75,7 @@ namespace body_view_detail {
         return Quorva::BRX_ERR_LENGTH_MISMATCH;
     }
 
-    FrameView found;
-    found.varint = magic == magicVarint;
+    view.varint = magic == magicVarint;
     Quorva::BrxReadBuf fields(encoded.data() + envelopeSize, declared - envelopeSize);
     while (fields.position < fields.length) {
         uint32_t tag = 0;
@@ -95,15 +85,15 @@ namespace body_view_detail {
         }
         switch (Quorva::BrxTLVUtil::getFieldId(tag)) {
             case 1:
-                result = body_view_detail::takeDelimited(fields, found.head);
-                found.hasHead = true;
+                result = takeDelimited(fields, view.head);
+                view.hasHead = true;
                 break;
             case 2:
-                result = body_view_detail::takeDelimited(fields, found.body);
-                if (result == 0 && found.body.empty()) {
+                result = takeDelimited(fields, view.body);
+                if (result == 0 && view.body.empty()) {
                     result = Quorva::BRX_ERR_ZERO_LENGTH;
                 }
-                found.hasBody = true;
+                view.hasBody = true;
                 break;
             default:
                 result = Quorva::BrxTLVUtil::skipUnknownFields(
@@ -114,8 +104,25 @@ namespace body_view_detail {
             return result;
         }
     }
-    view = found;
     return 0;
+}
+
+}  // namespace body_view_detail
+
+/// Finds head and body in the encoded frame at the front of `encoded`; bytes after the frame are
+/// left alone. Like the decoders it goes by field numbers alone, steps over fields it does not
+/// know, and lets the last of several occurrences win. Unlike them it never looks past the declared
+/// length. Returns 0 or one of the codes of the decoders: BRX_ERR_NO_DATA (fewer than
+/// 5 bytes, fewer than declared, a tag or value that ends too late), BRX_ERR_BAD_MAGIC,
+/// BRX_ERR_LENGTH_MISMATCH (a declared length below 5), BRX_ERR_ZERO_LENGTH (a body of length 0,
+/// which no encoder writes), BRX_ERR_BAD_TYPE_ID. On failure `view` is empty.
+[[nodiscard]] inline int viewFrame(std::span<const char> encoded, FrameView& view) {
+    view = FrameView();
+    const int result = body_view_detail::findParts(encoded, view);
+    if (result != 0) {
+        view = FrameView();
+    }
+    return result;
 }
 
 /// Decodes the head that `viewFrame` found; a frame without a head leaves `head` as constructed.

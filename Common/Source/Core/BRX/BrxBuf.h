@@ -162,10 +162,20 @@ inline size_t encodeVarint(char* to, size_t room, Unsigned value) {
 /// reduced shift instead of being refused.
 template <class Register>
 inline size_t decodeVarint(const char* from, size_t available, Register allOnes, Register& value) {
-    Register gathered = 0;
-    unsigned shift = 0;
+    if (available == 0) {
+        value = 0;
+        return 0;
+    }
+    // One group is what most tags and small values take, and no width is too narrow for it.
+    const uint32_t first = byteAt(from, 0);
+    if ((first & 0x80) == 0) {
+        value = static_cast<Register>(first);
+        return 1;
+    }
+    Register gathered = static_cast<Register>(first & 0x7F);
+    unsigned shift = 7;
     size_t taken = 0;
-    for (size_t i = 0; i < available; ++i) {
+    for (size_t i = 1; i < available; ++i) {
         const uint32_t byte = byteAt(from, i);
         const uint32_t group = byte & 0x7F;
         if (group > (allOnes >> shift)) {
