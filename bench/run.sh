@@ -21,15 +21,18 @@ fail() {
     exit 2
 }
 
+case " $* " in
+    *" --help "* | *" -h "*)
+        usage
+        exit 0
+        ;;
+esac
+
 # A wrong option must not cost a page that took minutes to measure.
 mode=
 folder=
 while [ $# -gt 0 ]; do
     case "$1" in
-        --help | -h)
-            usage
-            exit 0
-            ;;
         --quick | --report)
             [ -z "$mode" ] || fail "$mode or $1, not both; ./dev bench --help"
             mode=$1
@@ -45,6 +48,8 @@ done
 [ -n "$folder" ] || fail "no BUILD_DIR given; ./dev bench --help"
 
 here=$(cd "$(dirname "$0")" && pwd)
+[ "$mode" != --report ] || [ -s "$folder/results/sizes.txt" ] ||
+    fail "no results of a whole run in $folder/results; measure first, without --report"
 mkdir -p "$folder"
 build=$(cd "$folder" && pwd)
 results=$build/results
@@ -103,9 +108,10 @@ describe_machine() {
 }
 
 measure() {
+    # What an ended run leaves has no sizes, so that no page is written from it.
+    rm -f "$results"/{machine,instructions,sizes}.txt "$results"/timing-*
     describe_machine >"$results/machine.txt"
     "$build/bench/timing" --check >&2 # ends the run when a result is wrong
-    rm -f "$results"/{timing-*,instructions.txt,sizes.txt}
     local process
     for ((process = 1; process <= processes; ++process)); do
         say "time: process $process of $processes, repetitions in random order: $repetitions"
@@ -118,16 +124,14 @@ measure() {
     say "instructions"
     "$here/instructions.sh" "$build" --peers encode/M decode/M >"$results/instructions.txt"
     say "sizes"
-    "$here/sizes.sh" "$build" >"$results/sizes.txt"
+    "$here/sizes.sh" "$build" >"$results/sizes.unfinished"
+    mv "$results/sizes.unfinished" "$results/sizes.txt"
 }
 
-if [ "$mode" = --report ]; then
-    [ -s "$results/sizes.txt" ] ||
-        fail "no results of a whole run in $results; measure first, without --report"
-else
+[ "$mode" = --report ] || {
     prepare
     measure
-fi
+}
 if [ "$mode" = --quick ]; then
     cp "$page" "$results/performance.md"
     page=$results/performance.md

@@ -3,9 +3,9 @@
 
 namespace zrp_bench {
 
-/// Nanoseconds that a fixed number of additions took, some 100,000. They touch no memory and wait
-/// for nothing, so that only the clock rate and whoever shares the core change how long they take;
-/// on a core that another machine's work shares, they take up to twice as long.
+/// Nanoseconds that a million additions took. They touch no memory and do not wait for each other,
+/// so that only the clock rate, interruptions and whoever shares the core change how long they
+/// take.
 double timeStretch();
 
 }  // namespace zrp_bench

@@ -104,19 +104,28 @@ double undisturbedStretch(const std::map<std::string, Samples>& samples) {
 }
 
 /// Leaves out the repetitions during which the processor was slower than it can be, but never so
-/// many that fewer than `least` remain. What is left out does not depend on the times themselves.
-void leaveOutDisturbed(Samples& samples, double undisturbed) {
+/// many that fewer than five remain, and counts them. What is left out does not depend on the times
+/// themselves. Cases without stretches stay as they are.
+void leaveOutDisturbed(Samples& samples, double undisturbed, Repetitions& counts) {
     constexpr double tolerance = 1.05;
-    constexpr size_t least = 9;
+    constexpr size_t least = 5;
     std::vector<Repetition>& all = samples.repetitions;
+    if (all.front().stretch <= 0) {
+        return;
+    }
     std::sort(all.begin(), all.end(), [](const Repetition& left, const Repetition& right) {
         return left.stretch < right.stretch;
     });
     const auto disturbed = std::find_if(all.begin(), all.end(), [&](const Repetition& one) {
         return one.stretch > undisturbed * tolerance;
     });
-    const size_t kept = std::max(least, static_cast<size_t>(disturbed - all.begin()));
-    all.resize(std::min(kept, all.size()));
+    const size_t good = static_cast<size_t>(disturbed - all.begin());
+    const size_t kept = std::min(std::max(least, good), all.size());
+    counts.cases += 1;
+    counts.made += all.size();
+    counts.undisturbed += good;
+    counts.shortOfThem += kept > good ? 1 : 0;
+    all.resize(kept);
 }
 
 template <class Map>
@@ -147,9 +156,7 @@ void Results::readTimings(const std::string& folder) {
     }
     const double undisturbed = undisturbedStretch(samples);
     for (auto& [name, of] : samples) {
-        repetitions_.made += of.repetitions.size();
-        leaveOutDisturbed(of, undisturbed);
-        repetitions_.kept += of.repetitions.size();
+        leaveOutDisturbed(of, undisturbed, repetitions_);
         const std::vector<double> times = of.sorted(&Repetition::nanoseconds);
         const std::vector<double> perSecond = of.sorted(&Repetition::perSecond);
         timings_[name] = {quantile(times, 0.5), quantile(times, 0.25), quantile(times, 0.75),

@@ -9,7 +9,7 @@
 
 namespace zrp_report {
 
-/// One case over all repetitions that nothing disturbed.
+/// One case over the repetitions that are used.
 struct Timing {
     double median = 0;  ///< nanoseconds of processor time an operation
     double lowerQuartile = 0;
@@ -20,10 +20,12 @@ struct Timing {
     double megabytesPerSecond() const { return bytes / median * 1e3; }
 };
 
-/// How often cases were timed, all together.
+/// How often cases were timed, all together, but for those on several threads.
 struct Repetitions {
+    size_t cases = 0;
     size_t made = 0;
-    size_t kept = 0;  ///< without those during which something slowed the processor down
+    size_t undisturbed = 0;  ///< during which nothing slowed the processor down
+    size_t shortOfThem = 0;  ///< cases that have so few of these that disturbed ones are used, too
 };
 
 class Results {

@@ -69,11 +69,10 @@ std::string machineList(const Results& results) {
         made += "- " + line + "\n";
     }
     const Repetitions& repetitions = results.repetitions();
-    const double kept =
-        static_cast<double>(repetitions.kept) / static_cast<double>(repetitions.made);
-    return made + "- Repetitions: " + whole(repetitions.made) + " of " +
-           whole(results.timings().size()) + " cases; " + whole(100 * kept) +
-           " % are used, the others were disturbed\n";
+    return made + "- Repetitions: " + whole(repetitions.made) + " of " + whole(repetitions.cases) +
+           " cases, " + whole(repetitions.undisturbed) +
+           " of them undisturbed; cases with fewer than five of these: " +
+           whole(repetitions.shortOfThem) + "\n";
 }
 
 std::string overviewTable(const Results& results, const std::string& direction) {
