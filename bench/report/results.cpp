@@ -104,11 +104,10 @@ double undisturbedStretch(const std::map<std::string, Samples>& samples) {
 }
 
 /// Leaves out the repetitions during which the processor was slower than it can be, but never so
-/// many that fewer than five remain, and counts them. What is left out does not depend on the times
+/// many that too few remain, and counts them. What is left out does not depend on the times
 /// themselves. Cases without stretches stay as they are.
 void leaveOutDisturbed(Samples& samples, double undisturbed, Repetitions& counts) {
     constexpr double tolerance = 1.05;
-    constexpr size_t least = 5;
     std::vector<Repetition>& all = samples.repetitions;
     if (all.front().stretch <= 0) {
         return;
@@ -120,7 +119,7 @@ void leaveOutDisturbed(Samples& samples, double undisturbed, Repetitions& counts
         return one.stretch > undisturbed * tolerance;
     });
     const size_t good = static_cast<size_t>(disturbed - all.begin());
-    const size_t kept = std::min(std::max(least, good), all.size());
+    const size_t kept = std::min(std::max(Repetitions::least, good), all.size());
     counts.cases += 1;
     counts.made += all.size();
     counts.undisturbed += good;

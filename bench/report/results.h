@@ -22,10 +22,13 @@ struct Timing {
 
 /// How often cases were timed, all together, but for those on several threads.
 struct Repetitions {
+    /// How many of a case are used at least, the least disturbed if need be.
+    static constexpr size_t least = 5;
+
     size_t cases = 0;
     size_t made = 0;
     size_t undisturbed = 0;  ///< during which nothing slowed the processor down
-    size_t shortOfThem = 0;  ///< cases that have so few of these that disturbed ones are used, too
+    size_t shortOfThem = 0;  ///< cases with fewer undisturbed ones than `least`
 };
 
 class Results {

@@ -71,8 +71,8 @@ std::string machineList(const Results& results) {
     const Repetitions& repetitions = results.repetitions();
     return made + "- Repetitions: " + whole(repetitions.made) + " of " + whole(repetitions.cases) +
            " cases, " + whole(repetitions.undisturbed) +
-           " of them undisturbed; cases with fewer than five of these: " +
-           whole(repetitions.shortOfThem) + "\n";
+           " of them undisturbed; cases with fewer than " + whole(Repetitions::least) +
+           " of these: " + whole(repetitions.shortOfThem) + "\n";
 }
 
 std::string overviewTable(const Results& results, const std::string& direction) {
